@@ -1,0 +1,27 @@
+// viewSetup.h: GL projection, view, lights and material from a camera record. A GL context with the
+// frame's target must be current. Nothing is reported and nothing restored.
+// Render space: full-resolution layer pixels, y down, z towards the viewer (the host's z mirrored).
+#pragma once
+
+#include "camera/camData.h"
+#include "geometry/paramSnapshot.h"
+
+struct viewSize {
+    double W = 0.0, H = 0.0;    ///< layer, full resolution
+    double VW = 0.0, VH = 0.0;  ///< viewport, pixels at the preview resolution
+};
+
+/// The "Light ..." sliders as shown, 0..100.
+struct lightSettings {
+    float ambient = 100, diffuse = 50, specular = 50, shininess = 5, constant = 15, linear = 0,
+          quadratic = 0;
+};
+lightSettings MakeLightSettings(const paramSnapshot& values);
+
+/// "3D (composition)": perspective, camera, up to 8 lights, material, depth and alpha-test state.
+void cam3D(const viewSize& size, const lightSettings& lights, camData camera, double zNear,
+           double zFar);
+
+/// "2D": orthographic, seen from `eyeDistance` in front of the layer; lighting, alpha and depth
+/// test off, depth mask off, clear depth 1. The mesh draw sets its own state after it.
+void SetView2D(const viewSize& size, double eyeDistance);
