@@ -1,0 +1,96 @@
+// pluginHost.h: loads effect modules, keeps their instances and sends them commands.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host_api.h"
+
+#include "plugin/layerImages.h"
+#include "scene/errors.h"
+#include "scene/paramDeclaration.h"
+
+namespace orv {
+
+/// Everything one frame of one effect is about.
+struct effectFrame {
+    shownComposition shown;
+    const layer* owner = nullptr;  ///< the layer that bears the effect
+    int effectIndex = 0;           ///< position in owner->effects
+    double t = 0.0;                ///< composition time, frames; the frame's exact instant
+    renderQuality quality;
+    LayerImages* images = nullptr;
+};
+
+/// Where calls into the host may be made to fail, for tests: every callback, suite function, suite
+/// acquisition and release passes here.
+struct callGate {
+    std::int64_t made = 0;                         ///< calls so far
+    std::int64_t failOn = 0;                       ///< this one fails (from 1); 0: none
+    PF_Err code = PF_Err_INTERNAL_STRUCT_DAMAGED;  ///< what it returns
+    std::string failedCall;                        ///< name of the function that was failed
+    std::int64_t abortChecks = 0;                  ///< calls of `abort` so far
+    std::int64_t abortOn = 0;  ///< from this one on `abort` answers PF_Interrupt_CANCEL; 0: never
+    std::string missingSuite;  ///< a suite of this name cannot be acquired
+};
+
+struct pluginOptions {
+    int apiMajor = 13;                  ///< version of the effect API that effects are told
+    warningSink warn;                   ///< messages of effects with result 0, once each text
+    std::function<bool()> interrupted;  ///< asked by `abort`; may be empty
+};
+
+/// Figures of one process, for --stats.
+struct pluginCounters {
+    std::int64_t commands = 0, renders = 0, layerCheckouts = 0;
+    double effectSeconds = 0.0;
+};
+
+/// One loaded module between its global set-up and set-down.
+class PluginHost {
+public:
+    /// Loads the module, sends GLOBAL_SETUP and PARAMS_SETUP. Throws failure: plugin (cannot be
+    /// loaded, no entry, wrong answers), gl (its set-up failed and no GL context can be made here
+    /// either).
+    PluginHost(const std::string& modulePath, pluginOptions options);
+    ~PluginHost();  ///< sets instances and module down, quietly
+    PluginHost(const PluginHost&) = delete;
+    PluginHost& operator=(const PluginHost&) = delete;
+
+    [[nodiscard]] const effectDeclaration& declaration() const;
+
+    /// Runs the effect on `input` (the layer's pixels with masks and earlier effects, size of the
+    /// layer at the rendering's resolution) and returns its output. Creates the instance on first
+    /// use (SEQUENCE_SETUP), sends QUERY_DYNAMIC_FLAGS, FRAME_SETUP, RENDER, FRAME_SETDOWN. Throws
+    /// failure: frame (the effect's error, with its message; an abort), plugin (leaks, wrong
+    /// answers).
+    image Render(const effectFrame& frame, const image& input);
+
+    /// Sends one command as it is and returns what the effect answered, with the message in
+    /// `message`. For tests and for the panel; `frame` may be null for commands without an
+    /// instance.
+    PF_Err Send(PF_Cmd cmd, const effectFrame* frame, const image* input, image* output,
+                std::string& message);
+
+    /// Calls `use` with the records of a RENDER of that frame, without sending the command; what
+    /// the use leaves checked out is a leak, as after a command.
+    void WithFrame(const effectFrame& frame, const image& input,
+                   const std::function<void(PF_InData&, PF_OutData&, PF_ParamDef* params[])>& use);
+
+    /// Ends every instance (SEQUENCE_SETDOWN) and the module (GLOBAL_SETDOWN); throws
+    /// failure(plugin) for what is left out. The destructor does the same quietly.
+    void Close();
+
+    [[nodiscard]] callGate& gate();
+    [[nodiscard]] const pluginCounters& counters() const;
+
+private:
+    struct state;
+    std::unique_ptr<state> state_;
+};
+
+}  // namespace orv
