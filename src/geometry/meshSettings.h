@@ -1,5 +1,7 @@
 // meshSettings.h: what the geometry needs to know of one instant, in working units.
-// Fractions of 1, radians, layer pixels at full resolution.
+// Fractions of 1, radians, layer pixels at full resolution. Fields that end in Percent stay as
+// shown: they decide counts and on which side of a vertex or seam a sample falls, where one
+// rounding tells, so their products are taken in one fixed order.
 #pragma once
 
 #include <array>
@@ -24,15 +26,16 @@ struct transformSettings {
 struct meshSettings {
     frameSizes sizes;
     int rotation = kRotation0;  ///< 1..4: quarter turns of the source
-    double sourceScaleX = 1.0, sourceScaleY = 1.0;
+    double sourceScaleXPercent = 100.0;
+    double sourceScaleY = 1.0;
     double sourceRadius = 1.0;
-    double meshDefinition = 0.25;
+    double meshDefinitionPercent = 25.0;
     int subSampling = 2;
     double twistStart = 0.0, twistEnd = 0.0;  ///< radians, along the source
     double scaleStart = 1.0, scaleEnd = 1.0;
     double undistortedStart = 0.0, undistortedEnd = 1.0;
     bool vertsMatch = false, relativeToSource = true, stretchAlongPath = false;
-    double startPoint = 0.0, endPoint = 1.0;
+    double startPointPercent = 0.0, endPointPercent = 100.0;
     double twistMaskStart = 0.0, twistMaskEnd = 0.0;  ///< radians, along the mask
     double scaleMaskStart = 1.0, scaleMaskEnd = 1.0;
     std::array<float, kVertexParamCount> vertexZ{};  ///< pixels
@@ -41,7 +44,7 @@ struct meshSettings {
     double extrusion = 0.1;  ///< as the slider shows it
     int extrusionLayers = 1;
     double uniformScale = 1.0;
-    double contourDefinition = 0.5;
+    double contourDefinitionPercent = 50.0;
     transformSettings transform;
 
     [[nodiscard]] bool extruded() const { return extrusion != 0.0 && extrusionLayers != 0; }
@@ -51,4 +54,5 @@ struct meshSettings {
     }
 };
 
+/// Turns popups that no choice stands for into the first choice, counts below 0 into 0.
 meshSettings MakeMeshSettings(const paramSnapshot& values, const frameSizes& sizes);

@@ -19,6 +19,7 @@ struct propS {
     double segFrac = 0.0;   ///< 0..1 inside mask segment `seg`
     double pathFrac = 0.0;  ///< fraction of the source length at which the texture is taken, 0..1
     std::int32_t seg = 0;   ///< mask segment that holds the sample
+    bool operator==(const propS&) const = default;
 };
 
 /// One drawable cell.
