@@ -8,6 +8,9 @@
 
 #include "geometry/paramSnapshot.h"
 
+/// Counts above these, which no slider reaches, are lowered to them.
+inline constexpr int kMostStrips = 1'000'000, kMostLayers = 1'000'000;
+
 /// Sizes that a frame's images give. Widths and heights in pixels of the images as they are,
 /// that is at the preview resolution.
 struct frameSizes {
@@ -30,7 +33,7 @@ struct meshSettings {
     double sourceScaleY = 1.0;
     double sourceRadius = 1.0;
     double meshDefinitionPercent = 25.0;
-    int subSampling = 2;
+    int subSampling = 2;  ///< strips that each cell is cut into, across the ribbon
     double twistStart = 0.0, twistEnd = 0.0;  ///< radians, along the source
     double scaleStart = 1.0, scaleEnd = 1.0;
     double undistortedStart = 0.0, undistortedEnd = 1.0;
@@ -54,5 +57,5 @@ struct meshSettings {
     }
 };
 
-/// Turns popups that no choice stands for into the first choice, counts below 0 into 0.
+/// A rotation that no choice stands for becomes the first one, a count below 0 becomes 0.
 meshSettings MakeMeshSettings(const paramSnapshot& values, const frameSizes& sizes);
