@@ -5,20 +5,12 @@
 #include <optional>
 
 #include "image/image.h"
+#include "plugin/effectRunner.h"
 #include "plugin/layerImages.h"
 #include "scene/errors.h"
 #include "scene/model.h"
 
 namespace orv {
-
-/// Runs effect `effectIndex` of `owner` on `input`. Implemented over PluginHost by the command
-/// line, so that drawing knows no plug-in.
-class EffectRunner {
-public:
-    virtual ~EffectRunner() = default;
-    virtual image Run(const shownComposition& shown, const layer& owner, int effectIndex, double t,
-                      const renderQuality& quality, LayerImages& images, const image& input) = 0;
-};
 
 struct drawTimes {
     double effectSeconds = 0.0, drawSeconds = 0.0;
