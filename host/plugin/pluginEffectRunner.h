@@ -1,14 +1,14 @@
-// pluginEffectRunner.h: runs effects through one loaded module.
+// pluginEffectRunner.h: lets the scene renderer run a plug-in's effects.
 #pragma once
 
-#include "plugin/effectRunner.h"
+#include "draw/sceneRenderer.h"
 #include "plugin/pluginHost.h"
 
 namespace orv {
 
-class PluginEffectRunner final : public EffectRunner {
+/// Borrows the host, which must outlive it.
+class PluginEffectRunner : public EffectRunner {
 public:
-    /// Borrows `host`.
     explicit PluginEffectRunner(PluginHost& host) : host_(host) {}
 
     image Run(const shownComposition& shown, const layer& owner, int effectIndex, double t,

@@ -1,11 +1,18 @@
 // pluginHost.h: loads effect modules, keeps their instances and sends them commands.
+//
+// What the effect may rely on stands in docs/host.md. The C tables that an effect calls carry no
+// object, so one PluginHost at a time is "the" host of the process: the one whose command (or
+// WithFrame) is running. Commands come one at a time, from one thread.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host_api.h"
@@ -38,10 +45,21 @@ struct callGate {
     std::string missingSuite;  ///< a suite of this name cannot be acquired
 };
 
+/// The host's preferences by section and key. In memory: nothing is read from or kept on disk.
+using preferenceStore = std::map<std::pair<std::string, std::string>, std::int32_t>;
+
 struct pluginOptions {
     int apiMajor = 13;                  ///< version of the effect API that effects are told
     warningSink warn;                   ///< messages of effects with result 0, once each text
     std::function<bool()> interrupted;  ///< asked by `abort`; may be empty
+    preferenceStore preferences;        ///< as an effect finds them at GLOBAL_SETUP
+};
+
+/// How an effect wants one of its controls shown.
+struct controlState {
+    std::string name;
+    bool disabled = false;  ///< greyed out
+    bool hidden = false;
 };
 
 /// Figures of one process, for --stats.
@@ -57,6 +75,9 @@ public:
     /// loaded, no entry, wrong answers), gl (its set-up failed and no GL context can be made here
     /// either).
     PluginHost(const std::string& modulePath, pluginOptions options);
+    /// The same for an entry function in this process, `name` being its match name until it
+    /// registers under another: lets tests run parts of an effect without a module.
+    PluginHost(PF_EntryPoint entry, const std::string& name, pluginOptions options);
     ~PluginHost();  ///< sets instances and module down, quietly
     PluginHost(const PluginHost&) = delete;
     PluginHost& operator=(const PluginHost&) = delete;
@@ -70,20 +91,33 @@ public:
     /// answers).
     image Render(const effectFrame& frame, const image& input);
 
-    /// Sends one command as it is and returns what the effect answered, with the message in
-    /// `message`. For tests and for the panel; `frame` may be null for commands without an
-    /// instance.
+    /// Sends one command as it is, nothing before or after it, and returns what the effect
+    /// answered, with its message in `message`. `frame` may be null for commands without an
+    /// instance, `input` and `output` for commands that draw nothing. The effect finds `output`'s
+    /// bytes in its output world, and they are replaced by what it leaves there. Throws
+    /// failure(plugin) for leaks and broken rules. For tests and for the panel.
     PF_Err Send(PF_Cmd cmd, const effectFrame* frame, const image* input, image* output,
                 std::string& message);
 
     /// Calls `use` with the records of a RENDER of that frame, without sending the command; what
-    /// the use leaves checked out is a leak, as after a command.
+    /// the use leaves checked out is a leak, as after a command. Creates the instance on first use,
+    /// as Render does.
     void WithFrame(const effectFrame& frame, const image& input,
                    const std::function<void(PF_InData&, PF_OutData&, PF_ParamDef* params[])>& use);
 
     /// Ends every instance (SEQUENCE_SETDOWN) and the module (GLOBAL_SETDOWN); throws
     /// failure(plugin) for what is left out. The destructor does the same quietly.
     void Close();
+
+    /// Puts `bytes` where the instance's sequence data would be, as a project saved elsewhere
+    /// would; no bytes give a handle whose memory is gone. What was there is freed unread.
+    void ReplaceSequenceData(const effectFrame& frame, std::span<const std::uint8_t> bytes);
+
+    /// The instance's controls by parameter index, as it last asked for.
+    [[nodiscard]] std::vector<controlState> Controls(const effectFrame& frame) const;
+    /// Flags as the instance last declared them.
+    [[nodiscard]] std::pair<PF_OutFlags, PF_OutFlags2> Flags(const effectFrame& frame) const;
+    [[nodiscard]] const preferenceStore& preferences() const;
 
     [[nodiscard]] callGate& gate();
     [[nodiscard]] const pluginCounters& counters() const;
