@@ -12,6 +12,7 @@
 
 namespace orv {
 
+/// Seconds of the last Render... call, nested compositions included; they do not overlap.
 struct drawTimes {
     double effectSeconds = 0.0, drawSeconds = 0.0;
 };

@@ -17,8 +17,13 @@ image DecodeImage(std::span<const std::uint8_t> data, const std::string& name);
 /// To another depth, to the nearest; the same depth copies.
 image ConvertDepth(const image& source, int depth);
 
-/// Scaled to fit inside width x height, centred, aspect kept, transparent around.
+/// Scaled to fit inside width x height, centred, aspect kept, transparent around. Filters by a
+/// triangle, widened when it makes smaller.
 image FitImage(const image& source, int width, int height);
+
+/// At a preview resolution: ceil(size / divisor), each pixel the mean (weighted by alpha) of the
+/// divisorX x divisorY pixels below it, fewer at the right and bottom edge.
+image PreviewImage(const image& source, int divisorX, int divisorY);
 
 enum class exrPixel { half, full };
 

@@ -29,6 +29,14 @@ public:
     /// the rendering's resolution and depth; transparent outside its time or when it has none. The
     /// reference holds until the next call or the end of the frame.
     virtual const image& OwnPixels(const shownComposition& shown, const layer& l, double t) = 0;
+    /// Whether OwnPixels would have to run effects there: a precomposition with effects inside that
+    /// is not drawn yet in this frame. Commands come one at a time, so whoever is inside one must
+    /// not call OwnPixels then, but end the command, call it outside, and send the command again.
+    virtual bool NeedsEffects(const shownComposition& shown, const layer& l, double t)
+    {
+        static_cast<void>(shown), static_cast<void>(l), static_cast<void>(t);
+        return false;
+    }
     /// Digest of everything that OwnPixels depends on there; equal digests mean equal pixels.
     virtual std::array<std::uint8_t, 16> OwnPixelsState(const shownComposition& shown,
                                                         const layer& l, double t) = 0;
