@@ -31,7 +31,8 @@ maskPath EvaluatePath(const pathProperty& value, double t);
 /// Never mixes: the value of the last key at or before `t`.
 double EvaluateHeld(const property& value, double t, double fallback);
 
-/// Layer time in frames, and back. A stretch may be negative.
+/// Layer time in frames, and back. `t` in all other functions stays composition time: key frames
+/// do not move with a layer's start or stretch. A stretch may be negative.
 double LayerTime(const layer& l, double t);
 double CompositionTime(const layer& l, double layerTime);
 /// ip <= t < op, within 0.001 frame.

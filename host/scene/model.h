@@ -28,8 +28,10 @@ struct mask {
 
 /// The values that a scene sets on one effect; parameters without an entry keep their declared
 /// default. Values are as the scene writes them (percent, degrees, popups from 1, colours r g b a),
-/// already within the declared range. A layer parameter holds the position in the composition's
-/// list plus 1 (0: none), a path parameter the position of the mask (from 1; 0: none).
+/// each key within the declared range and with all its components. A layer parameter holds the
+/// position in the composition's list plus 1 (0: none), a path parameter the position of the mask
+/// (from 1; 0: none). Keys of popups, checkboxes, layers and paths all hold. A slider's values are
+/// as written: whoever evaluates one rounds it.
 struct effect {
     std::string matchName, name;
     bool enabled = true;
@@ -38,7 +40,8 @@ struct effect {
     std::string where;               ///< JSON path, for messages
 };
 
-/// `rotation` is `r`, or `rz` when that is missing. With `split`, x, y, z hold the position.
+/// `rotation` turns about z: a 2D layer's `r` (else `rz`), a 3D layer's `rz`. With `split`, x, y, z
+/// hold the position.
 struct transformProps {
     property anchor, position, scale, rotation, rotationX, rotationY, rotationZ, orientation,
         opacity;
@@ -65,8 +68,8 @@ struct layer {
     int index = 0;  ///< position in the composition's list, 0 topmost
     layerType type = layerType::null;
     std::string name;
-    std::optional<int> ind;
-    int parent = -1;  ///< position of the parent layer, -1: none
+    std::optional<int> ind;  ///< several layers may bear one: it means the first
+    int parent = -1;         ///< position of the parent layer, -1: none
     double ip = 0.0, op = 0.0, start = 0.0, stretch = 1.0;
     bool hidden = false, threeD = false, motionBlur = false, matteSource = false;
     transformProps transform;
@@ -88,7 +91,7 @@ struct motionBlurSettings {
     int samples = 16;
 };
 
-/// index 0 of project.compositions is the main one. A composition asset has the size of the layer
+/// Index 0 of project.compositions is the main one. A composition asset has the size of the layer
 /// that shows it; `width`, `height` are those of the first such layer, else the main composition's.
 struct composition {
     std::string id, name;
@@ -97,11 +100,11 @@ struct composition {
     motionBlurSettings motionBlur;
 };
 
+/// A picture that at least one layer shows.
 struct imageAsset {
-    std::string id, file;       ///< file as resolved; "data URL" when embedded
-    int width = 0, height = 0;  ///< as the scene says
-    std::shared_ptr<const orv::image>
-        pixels;  ///< decoded, `width` x `height`; null when no layer shows it
+    std::string id, file;                      ///< file as resolved; "data URL" when embedded
+    int width = 0, height = 0;                 ///< as the scene says
+    std::shared_ptr<const orv::image> pixels;  ///< decoded, `width` x `height`; never null
 };
 
 struct project {

@@ -2,7 +2,6 @@
 // holds the layer. Evaluated by animation/evaluate.h.
 #pragma once
 
-#include <optional>
 #include <vector>
 
 namespace orv {
@@ -22,16 +21,18 @@ struct easeHandle {
     std::vector<double> x, y;
 };
 
+/// The interval from this key to the next starts at `value` and ends at the next key's value. (Old
+/// files write the end beside the start; the loader moves it to the key where it holds.)
 struct keyFrame {
     double t = 0.0;
-    std::vector<double> start;  ///< empty only on the last key of an old file
-    std::vector<double> end;    ///< old files; else empty
+    std::vector<double> value;
     bool hold = false;
     easeHandle out, in;
     std::vector<double> toTangent, tiTangent;  ///< spatial; both or neither
 };
 
-/// A vector of 1 to 4 numbers over time. With keys, `constant` is unused.
+/// A vector of up to 4 numbers over time; missing components take a default at evaluation. With
+/// keys, `constant` is unused. The loader turns a single key into a constant.
 struct property {
     std::vector<double> constant;
     std::vector<keyFrame> keys;  ///< ascending t; empty: constant
@@ -47,7 +48,7 @@ struct maskPath {
 
 struct pathKeyFrame {
     double t = 0.0;
-    std::optional<maskPath> start, end;
+    maskPath value;
     bool hold = false;
     easeHandle out, in;
 };
