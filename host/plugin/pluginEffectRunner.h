@@ -1,14 +1,14 @@
-// pluginEffectRunner.h: lets the scene renderer run a plug-in's effects.
+// pluginEffectRunner.h: runs effects through one loaded module.
 #pragma once
 
-#include "draw/sceneRenderer.h"
+#include "plugin/effectRunner.h"
 #include "plugin/pluginHost.h"
 
 namespace orv {
 
-/// Borrows the host, which must outlive it.
-class PluginEffectRunner : public EffectRunner {
+class PluginEffectRunner final : public EffectRunner {
 public:
+    /// Borrows `host`.
     explicit PluginEffectRunner(PluginHost& host) : host_(host) {}
 
     image Run(const shownComposition& shown, const layer& owner, int effectIndex, double t,
