@@ -1,14 +1,15 @@
 /* mac_gl.h: the window and GL-context services that the effect is written against, with their macOS
  * names, over EGL. A desktop OpenGL 2.1 compatibility context, off screen.
  *
- * Device choice, at the first aglCreateContext (environment variable ORV_GL):
+ * Device choice, at aglChoosePixelFormat (environment variable ORV_GL, read each time):
  *   unset     an EGL device with a GPU when one gives a context, else Mesa's software renderer
- *   gpu       a GPU, or no context
- *   software  Mesa's surfaceless software renderer
- * Nothing here prints or exits: a service that cannot be had gives null or 0, and macGLError() then
- * says why. No call may be made from two threads at once.
+ *   gpu       a GPU, or no format
+ *   software  Mesa's software renderer, or no format
+ * Nothing here prints, exits or throws: a service that cannot be had gives null or 0, and
+ * macGLError() then says why. No call may be made from two threads at once.
  *
- * The EGL display stays initialised for the life of the process, since a caller may share it. */
+ * A chosen EGL display stays initialised for the life of the process, since a caller may share it.
+ * The caller's choice of EGL client API (eglBindAPI) is left as it was. */
 #pragma once
 
 #include <GL/gl.h>
@@ -32,11 +33,13 @@ typedef struct AGLPixelFormatRecord* AGLPixelFormat;
 typedef struct AGLContextRecord* AGLContext;
 typedef struct AGLDrawableRecord* AGLDrawable; /* a window's graphics port */
 
+/* Null when an attribute is not known or no display has such a format. `devices` is not read. */
 AGLPixelFormat aglChoosePixelFormat(const void* devices, GLint numDevices, const GLint* attributes);
 void aglDestroyPixelFormat(AGLPixelFormat format);
 AGLContext aglCreateContext(AGLPixelFormat format, AGLContext share);
 /* 1 on success. The context must not be used afterwards; if it was current, none is. */
 GLboolean aglDestroyContext(AGLContext context);
+/* To be called once a context, before it is made current. The drawable must outlive the context. */
 GLboolean aglSetDrawable(AGLContext context, AGLDrawable drawable);
 /* Null makes no context current. */
 GLboolean aglSetCurrentContext(AGLContext context);
@@ -59,7 +62,7 @@ NSWindowRef NSWindowCreate(double x, double y, double width, double height, unsi
 AGLDrawable NSWindowGraphicsPort(NSWindowRef window);
 void NSWindowRelease(NSWindowRef window);
 
-/* Why the last call here failed, as one line; "" when none did. */
+/* Why a call here failed last, as one line; "" when none ever did. Valid until the next failure. */
 const char* macGLError(void);
 
 #ifdef __cplusplus
