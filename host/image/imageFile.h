@@ -34,8 +34,8 @@ void WritePng(const image& picture, const std::string& file);
 /// EXR: R, G, B, A premultiplied, values as the project has them (no transfer function).
 void WriteExr(const image& picture, const std::string& file, exrPixel pixel);
 
-/// Size and depth of an existing picture, for --resume; width 0 when it cannot be read as a whole
-/// picture.
+/// Size and depth (bits per channel; EXR: 16 for half, 32 for float) of an existing PNG, JPEG or
+/// EXR, for --resume; width 0 when it cannot be read as a whole picture.
 struct pictureInfo {
     int width = 0, height = 0, depth = 0;
 };
