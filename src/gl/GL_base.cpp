@@ -40,6 +40,7 @@ void ForgetObjects(AESDK_OpenGL_EffectCommonData& data)
           &data.spareBufferA, &data.spareBufferB, &data.colorTextureA, &data.colorTextureB})
         names->fill(0);
     data.program = data.vertexShader = data.fragmentShader = 0;
+    data.forms = {};
     data.shaderReady = 0;
     data.resourcesReady = 0;
 }
@@ -97,6 +98,7 @@ try {
 AESDK_OpenGL_Err AESDK_OpenGL_Shutdown(AESDK_OpenGL_EffectCommonData& data)
 {
     if (!data.context) return Ok;
+    DeleteForms(data);
     for (const shaderHandle object : {data.vertexShader, data.fragmentShader, data.program})
         glExt.DeleteObjectARB(static_cast<GLhandleARB>(object));
     data.vertexShader = data.fragmentShader = data.program = 0;

@@ -18,6 +18,8 @@
 
 #include "mac_gl.h"
 
+#include "gl/shaderForms.h"
+
 namespace AESDK_OpenGL {
 
 enum AESDK_OpenGL_Err : std::int32_t {
@@ -47,8 +49,6 @@ inline constexpr std::int32_t kMaxTextureSizeAtStart = 4096;
 
 using glName = std::uint32_t;
 using levelNames = std::array<glName, kRenderLevels>;
-/// A shader or program object: as wide as the widest form that GL implementations use.
-using shaderHandle = std::uintptr_t;
 
 struct AESDK_OpenGL_EffectCommonData {
     std::uint8_t started = 0;
@@ -64,6 +64,7 @@ struct AESDK_OpenGL_EffectCommonData {
     NSWindowRef window = nullptr;  ///< hidden; its graphics port is the context's drawable
     AGLContext context = nullptr;  ///< the effect's own; none before start-up and after shut-down
     AGLContext hostContext = nullptr;  ///< filled by GetHostContext only
+    shaderForms forms;  ///< specialised forms of `program`, one of which runs in its place
 };
 
 extern AESDK_OpenGL_EffectCommonData S_EffectCommonData;
@@ -122,18 +123,19 @@ AESDK_OpenGL_Err AESDK_OpenGL_InitShader(AESDK_OpenGL_EffectCommonData& data,
 /// What the compiler or linker said last; "" when it had nothing to say.
 const std::string& LastShaderLog();
 
+/// Puts the program, or the form of it that the uniforms ask for, into use.
 void AESDK_OpenGL_StartRenderToShader(AESDK_OpenGL_EffectCommonData& data);
 void AESDK_OpenGL_StopRenderToShader();
 
 /// Binds rectangle texture `texture` to `unit` (0, 1; all others mean 2) and tells the sampler
-/// `name` its unit number, as passed. The program must be in use. ShaderFailed for the texture name
+/// `name` its unit number, as passed. ShaderFailed for the texture name
 /// 0xFFFFFFFF.
 AESDK_OpenGL_Err AESDK_OpenGL_BindTextureToTarget(AESDK_OpenGL_EffectCommonData& data,
                                                   glName texture, const std::string& name,
                                                   int unit);
 
-/// Sets the vec4 uniform `name`. The program must be in use. ShaderFailed, with nothing set, when x
-/// is exactly -1.
+/// Sets the vec4 uniform `name`; it keeps its value until it is set again. ShaderFailed, with
+/// nothing set, when x is exactly -1.
 AESDK_OpenGL_Err AESDK_OpenGL_PassMetal(AESDK_OpenGL_EffectCommonData& data, float x, float y,
                                         float z, float w, const std::string& name);
 

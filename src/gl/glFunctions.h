@@ -27,6 +27,7 @@ namespace AESDK_OpenGL {
     ROW(PFNGLATTACHOBJECTARBPROC, AttachObjectARB)                             \
     ROW(PFNGLLINKPROGRAMARBPROC, LinkProgramARB)                               \
     ROW(PFNGLUSEPROGRAMOBJECTARBPROC, UseProgramObjectARB)                     \
+    ROW(PFNGLGETHANDLEARBPROC, GetHandleARB)                                   \
     ROW(PFNGLDELETEOBJECTARBPROC, DeleteObjectARB)                             \
     ROW(PFNGLGETOBJECTPARAMETERIVARBPROC, GetObjectParameterivARB)             \
     ROW(PFNGLGETINFOLOGARBPROC, GetInfoLogARB)                                 \

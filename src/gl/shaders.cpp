@@ -42,17 +42,15 @@ uniform vec4 pathReveal;
 uniform vec4 contourColor;
 uniform vec4 DOF;
 
+// The tests on uniforms that choose the work. A specialised form defines them before this text.
+#ifndef IS_GEOMETRY
+#define IS_GEOMETRY (dataFromAE[3] < 0.0)
+#define IS_LIT (dataFromAE[2] != 0.0)
+#define IS_ENCODING (DOF[3] > 0.0 || DOF[3] == -1.0)
+#define IS_BLURRING (dataFromAE[2] > 0.0)
+#endif
+
 // ---- geometry mode ----
-
-vec4 videoTexel()
-{
-    return texture2DRect(videoTexture, gl_TexCoord[0].xy);
-}
-
-vec4 backTexel()
-{
-    return texture2DRect(backTexture, gl_TexCoord[0].xy);
-}
 
 bool isExtruded()
 {
@@ -86,28 +84,15 @@ bool isCleared()
     return color.a <= pathReveal[0] || color.a >= pathReveal[1];
 }
 
-vec4 extrudedTexel()
+// What a visible fragment shows. The unlit face rule is the opposite of the lit one: which texture
+// the renderer puts on which unit relies on it.
+vec4 texelOf(vec4 video, vec4 back)
 {
-    if (isContour()) {
-        return contourColor;
+    if (isExtruded()) {
+        return isContour() ? contourColor : mix(video, back, 1.0 - clamp(color.g, 0.0, 1.0));
     }
-    return mix(videoTexel(), backTexel(), 1.0 - clamp(color.g, 0.0, 1.0));
-}
-
-bool showsFront()
-{
-    return gl_FrontFacing || dataFromAE[3] == -1.0;
-}
-
-// The unlit face rule: the renderer's choice of units relies on its being the other way round.
-vec4 unlitFaceTexel()
-{
-    return showsFront() ? backTexel() : videoTexel();
-}
-
-vec4 litFaceTexel()
-{
-    return showsFront() ? videoTexel() : backTexel();
+    bool front = gl_FrontFacing || dataFromAE[3] == -1.0;
+    return front == IS_LIT ? video : back;
 }
 
 vec3 unitOrZero(vec3 v)
@@ -162,24 +147,20 @@ vec4 lightSum()
     return gl_FrontLightModelProduct.sceneColor + ambientDiffuse + specular;
 }
 
-vec4 unlitColor()
+// A light count between 0 and 1 means neither light nor clipping.
+vec4 shadedColor(vec4 video, vec4 back)
 {
-    if (isCleared()) {
-        return vec4(0.0);
-    }
-    return isExtruded() ? extrudedTexel() : unlitFaceTexel();
-}
-
-vec4 litColor()
-{
-    if (int(dataFromAE[2]) <= 0) {
-        return litFaceTexel();
+    if (IS_LIT && int(dataFromAE[2]) <= 0) {
+        return (gl_FrontFacing || dataFromAE[3] == -1.0) ? video : back;
     }
     if (isCleared()) {
         return vec4(0.0);
     }
-    vec4 texel = isExtruded() ? extrudedTexel() : litFaceTexel();
-    return vec4(texel.rgb * lightSum().rgb, texel.a);
+    vec4 texel = texelOf(video, back);
+    if (IS_LIT) {
+        texel.rgb *= lightSum().rgb;
+    }
+    return texel;
 }
 
 // Red: fraction of the blur. Green: 1 / whole steps of blur. Blue: 1 in front of the focus.
@@ -197,13 +178,17 @@ vec3 encodedBlur()
     return vec3(clamp(abs(blur * blurMult), 0.0, 1.0), blurMult, blurSign);
 }
 
+vec3 encodedDepth()
+{
+    return vec3(clamp((position.z - DOF[0]) / (DOF[1] - DOF[0]), 0.0, 1.0));
+}
+
 vec4 geometryColor()
 {
-    vec4 result = dataFromAE[2] == 0.0 ? unlitColor() : litColor();
-    if (DOF[3] > 0.0) {
-        result.rgb = encodedBlur() * result.a;
-    } else if (DOF[3] == -1.0) {
-        result.rgb = vec3(clamp((position.z - DOF[0]) / (DOF[1] - DOF[0]), 0.0, 1.0)) * result.a;
+    vec4 result = shadedColor(texture2DRect(videoTexture, gl_TexCoord[0].xy),
+                              texture2DRect(backTexture, gl_TexCoord[0].xy));
+    if (IS_ENCODING) {
+        result.rgb = (DOF[3] > 0.0 ? encodedBlur() : encodedDepth()) * result.a;
     }
     return result;
 }
@@ -310,13 +295,16 @@ vec4 postColor()
 {
     vec2 fc = gl_FragCoord.xy;
     vec4 result = antiAliased(fc) * dataFromAE[0];
-    return dataFromAE[2] > 0.0 ? blurred(result, fc) : result;
+    if (IS_BLURRING) {
+        result = blurred(result, fc);
+    }
+    return result;
 }
 
 void main()
 {
     gl_FragColor = vec4(0.0,0.0,0.0,0.0);
-    if (dataFromAE[3] < 0.0) {
+    if (IS_GEOMETRY) {
         gl_FragColor = geometryColor();
     } else {
         gl_FragColor = postColor();
