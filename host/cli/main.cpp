@@ -1,4 +1,6 @@
-int main()
+#include "cli/commandTable.h"
+
+int main(int argc, char* argv[])
 {
-    return 0;
+    return orv::RunCommandLine(argc, argv);
 }

@@ -1,0 +1,143 @@
+// The options of `orv render`, read and checked before anything is loaded.
+#include <charconv>
+#include <filesystem>
+#include <memory>
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include "cli/commandTable.h"
+#include "cli/exitCodes.h"
+#include "cli/renderRun.h"
+#include "image/video.h"
+#include "scene/errors.h"
+
+namespace orv {
+namespace {
+
+constexpr int kMaxDivisor = 8;
+
+constexpr const char* kDetails =
+    "Frames: 7, 0-47, 0-100x5 (every fifth), 47-0 (backwards), 1,3,8-9.\n"
+    "\n"
+    "Output: PATTERN holds the frame number as #### or %04d, its extension chooses the format;\n"
+    "missing folders are made, files appear whole or not at all.\n"
+    "  .png              8 or 16 bits as the scene's depth, straight alpha\n"
+    "  .exr              half or float, premultiplied; values as the scene has them, 0..1, "
+    "without\n"
+    "                    a transfer function\n"
+    "  .mov .webm        video with alpha (ProRes 4444, VP9)\n"
+    "  .mp4 .gif         video (H.264, over black; GIF)\n"
+    "Videos need the program ffmpeg. One that was interrupted plays and keeps .partial in its "
+    "name.\n"
+    "\n"
+    "--set puts a value into every instance of the effect, or into those on LAYER (name or ind):\n"
+    "  sliders a number, angles degrees, checkboxes on or off, popups a number from 1 or the\n"
+    "  choice's text, colors r,g,b[,a] (0..1) or #rrggbb[aa], 3D points x,y,z in pixels, layers\n"
+    "  and masks a number or a name, 0 for none. 'orv params' lists the parameters.\n"
+    "\n"
+    "Examples:\n"
+    "  orv render scene.json\n"
+    "  orv render scene.json -o out/f.####.exr --depth 16 --downsample 2 --frames 0-9\n"
+    "  orv render scene.json -o out/f.%04d.png --resume --continue --stats out/stats.json\n"
+    "  orv render scene.json -o banner.mp4 --set 'Twist at mask end=180' --set Mask@ribbon=1\n"
+    "  orv render scene.json --layer ribbon --frames 12 -o ribbon.png\n";
+
+/// The options as written.
+struct rawOptions {
+    std::string output, frames, composition, layer, downsample, motionBlur, exr;
+    int depth = 0;
+    std::vector<std::string> sets;
+    renderOptions render;
+};
+
+[[noreturn]] void Refuse(const std::string& reason)
+{
+    throw failure(failureKind::usage, reason);
+}
+
+/// "N" or "NxM".
+std::array<int, 2> ParseDownsample(const std::string& text)
+{
+    std::array<int, 2> divisor{};
+    const char* const end = text.data() + text.size();
+    const auto first = std::from_chars(text.data(), end, divisor[0]);
+    const char* rest = first.ptr;
+    divisor[1] = divisor[0];
+    bool read = first.ec == std::errc{};
+    if (read && rest != end && *rest == 'x') {
+        const auto second = std::from_chars(rest + 1, end, divisor[1]);
+        read = second.ec == std::errc{};
+        rest = second.ptr;
+    }
+    const auto outside = [](int d) { return d < 1 || d > kMaxDivisor; };
+    if (!read || rest != end || outside(divisor[0]) || outside(divisor[1]))
+        Refuse(
+            fmt::format("--downsample: '{}' is neither N nor NxM with 1 to {}", text, kMaxDivisor));
+    return divisor;
+}
+
+void CheckTogether(const renderOptions& options, bool exrGiven)
+{
+    const bool video = options.output.kind == outputKind::video;
+    if (exrGiven && options.output.kind != outputKind::exr) Refuse("--exr needs an .exr output");
+    if (video && options.resume) Refuse("--resume needs pictures: a video is written in one go");
+    if (video && options.keepGoing)
+        Refuse("--continue needs pictures: a video cannot leave a frame out");
+}
+
+renderOptions ReadOptions(const rawOptions& raw)
+{
+    renderOptions options = raw.render;
+    options.output =
+        raw.output.empty() ? DefaultOutputPattern(options.scene) : ParseOutputPattern(raw.output);
+    if (!raw.frames.empty()) options.frames = ParseFrameList(raw.frames);
+    if (!raw.composition.empty()) options.composition = raw.composition;
+    if (!raw.layer.empty()) options.layer = raw.layer;
+    if (raw.depth != 0) options.depth = raw.depth;
+    if (!raw.downsample.empty()) options.downsample = ParseDownsample(raw.downsample);
+    if (!raw.motionBlur.empty()) options.motionBlur = raw.motionBlur == "on";
+    if (raw.exr == "float") options.exr = exrPixel::full;
+    for (const std::string& text : raw.sets) options.sets.push_back(ParseSet(text));
+    CheckTogether(options, !raw.exr.empty());
+    return options;
+}
+
+}  // namespace
+
+std::function<int()> SetUpRender(CLI::App& command)
+{
+    const auto raw = std::make_shared<rawOptions>();
+    renderOptions& render = raw->render;
+    command.add_option("SCENE", render.scene, "Scene file")->required();
+    command.add_option("-o,--output", raw->output, "PATTERN; default SCENENAME.####.png");
+    command.add_option("--frames", raw->frames, "Frames; default: all of the scene");
+    command.add_option("--comp", raw->composition, "Id of a composition; default: the main one");
+    command.add_option("--layer", raw->layer,
+                       "Name or ind of a layer: its output alone, at its size, before opacity and "
+                       "transform");
+    command.add_option("--depth", raw->depth, "Bits per channel")->check(CLI::IsMember({8, 16}));
+    command.add_option("--downsample", raw->downsample, "Preview divisor N or NxM, 1 to 8");
+    command.add_option("--set", raw->sets, "NAME|INDEX[@LAYER]=VALUE, again and again")
+        ->allow_extra_args(false);
+    command.add_option("--motion-blur", raw->motionBlur, "Overrides the scene's switch")
+        ->check(CLI::IsMember({"on", "off"}));
+    command.add_option("--exr", raw->exr, "Channels of .exr files; default half")
+        ->check(CLI::IsMember({"half", "float"}));
+    command.add_flag("--strict", render.strict, "Make each warning about the scene an error");
+    command.add_flag("--allow-outside", render.allowOutside,
+                     "Let the scene name pictures outside its folder");
+    command.add_flag("--allow-truncated", render.allowTruncated,
+                     "Cut frames off that are larger than the largest render target");
+    command.add_flag("--resume", render.resume,
+                     "Skip frames whose file is there with the right size and depth");
+    command.add_flag("--continue", render.keepGoing, "Go on after a frame that failed");
+    command.add_option("--plugin", render.plugin,
+                       "Effect module; default: KAL_Orv.so beside this program");
+    command.add_option("--stats", render.stats, "Write figures of the run to this JSON file");
+    command.add_flag("--quiet", render.quiet, "No progress, only warnings and errors");
+    command.footer(kDetails + ("\n" + ExitCodeHelp()));
+    return [raw] { return RunRender(ReadOptions(*raw)); };
+}
+
+}  // namespace orv

@@ -1,0 +1,35 @@
+// renderRun.h: `orv render` once its command line is read.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/frameList.h"
+#include "cli/outputPattern.h"
+#include "cli/setOption.h"
+#include "image/imageFile.h"
+
+namespace orv {
+
+/// What the command line asks for; what is missing comes from the scene.
+struct renderOptions {
+    std::string scene, plugin, stats;  ///< files; "" for plug-in: the default, for stats: none
+    outputPattern output;
+    exrPixel exr = exrPixel::half;
+    std::vector<frameRange> frames;  ///< empty: every frame of the scene
+    std::optional<std::string> composition, layer;
+    std::optional<int> depth;
+    std::optional<std::array<int, 2>> downsample;
+    std::optional<bool> motionBlur;
+    std::vector<setRequest> sets;
+    bool strict = false, allowOutside = false, allowTruncated = false;
+    bool resume = false, keepGoing = false, quiet = false;
+};
+
+/// Returns the exit code: frames that fail are told on stderr. Throws failure for what ends the
+/// whole run before its first frame.
+int RunRender(const renderOptions& options);
+
+}  // namespace orv
