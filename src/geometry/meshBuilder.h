@@ -4,48 +4,22 @@
 //   2. BuildDrawList makes, slices, sub-samples and sorts the cells. No host, no GL.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "host_api.h"
 
+#include "geometry/meshBudget.h"
 #include "geometry/meshSettings.h"
 #include "geometry/paramSnapshot.h"
 #include "geometry/records.h"
-
-/// The ribbon's sample lists, after the layer transform. All have N + 1 entries for N mesh steps,
-/// but in flat mode `normal`, `z` and `pathPos` are empty.
-struct ribbonSamples {
-    std::vector<propS> props;
-    std::vector<point3> texA, texB, posA, posB, normal;
-    std::vector<double> z, pathPos;
-    bool operator==(const ribbonSamples&) const;  ///< element by element, exact; a NaN differs
-};
-
-/// The contour's sample lists, all of one size; empty without a contour.
-struct contourSamples {
-    std::vector<point3> front, back;
-    std::vector<double> pathPos;
-    std::vector<point3> tex;  ///< x texel, y texel on edge A, y texel on edge B
-    bool operator==(const contourSamples&) const;
-};
-
-struct frameShape {
-    bool flat = true;  ///< "Mask" names no mask of the layer: one strip along texA/posA, texB/posB
-    ribbonSamples ribbon;
-    contourSamples contour;
-    bool operator==(const frameShape&) const = default;
-};
+#include "geometry/samples.h"
 
 /// Cells sorted nearest first (equal keys keep list order), and the depth range fitted to them.
 struct drawList {
     std::vector<quad> cells;
     double nearPlane = 100.0, farPlane = 100000.0;  ///< these stay when there are no cells
 };
-
-/// Most bytes that the records holding cells may take together: 2 GiB, or ORV_MESH_LIMIT in MiB.
-std::uint64_t MeshByteLimit();
 
 /// Samples the chosen paths at layer time `time` and lays the ribbon and the contour.
 /// Errors: the host's code, or its abort code; PF_Err_OUT_OF_MEMORY when the cells would pass
@@ -55,6 +29,7 @@ std::uint64_t MeshByteLimit();
 PF_Err BuildShape(PF_InData& in_data, const paramSnapshot& values, const meshSettings& settings,
                   A_long time, frameShape& shape, std::string& reason);
 
-/// Makes the sorted cells of a shape as seen from `eye` (render space). A flat shape gives none.
+/// Makes the sorted cells of a shape as seen from `eye` (render space; what is not finite counts as
+/// 0). A flat shape gives none.
 drawList BuildDrawList(const frameShape& shape, const meshSettings& settings,
                        const double (&eye)[3]);

@@ -1,5 +1,7 @@
 #include "geometry/meshSettings.h"
 
+#include "geometry/vec3.h"
+
 #include <algorithm>
 #include <numbers>
 
@@ -13,12 +15,25 @@ double Radians(float degrees)
     return static_cast<double>(degrees) * std::numbers::pi / 180.0;
 }
 
-/// Whole, and within what no table or count of ours can be hurt by; a NaN counts as `low`.
+/// Whole, towards zero, within low..high.
 int BoundedInt(float value, int low, int high)
 {
-    if (!(value >= static_cast<float>(low))) return low;
-    if (value >= static_cast<float>(high)) return high;
-    return static_cast<int>(value);
+    return std::clamp(static_cast<int>(value), low, high);
+}
+
+/// Hosts may hand out what no slider holds.
+paramSnapshot WithinBounds(paramSnapshot values)
+{
+    const auto bound = [](float& value) {
+        value = static_cast<float>(Bounded(static_cast<double>(value)));
+    };
+    for (float& value : values.value) bound(value);
+    for (point3* point : {&values.anchor, &values.position}) {
+        bound(point->x);
+        bound(point->y);
+        bound(point->z);
+    }
+    return values;
 }
 
 int RotationChoice(float value)
@@ -92,8 +107,9 @@ void ReadExtrusion(const paramSnapshot& values, meshSettings& settings)
 
 }  // namespace
 
-meshSettings MakeMeshSettings(const paramSnapshot& values, const frameSizes& sizes)
+meshSettings MakeMeshSettings(const paramSnapshot& shown, const frameSizes& sizes)
 {
+    const paramSnapshot values = WithinBounds(shown);
     meshSettings settings;
     settings.sizes = sizes;
     ReadSource(values, settings);

@@ -42,7 +42,7 @@ struct meshSettings {
     double twistMaskStart = 0.0, twistMaskEnd = 0.0;  ///< radians, along the mask
     double scaleMaskStart = 1.0, scaleMaskEnd = 1.0;
     std::array<float, kVertexParamCount> vertexZ{};  ///< pixels
-    std::array<double, kVertexParamCount> vertexScale{};
+    std::array<double, kVertexParamCount> vertexScale = AllOnes();
     bool smoothZ = true, smoothScale = true;
     double extrusion = 0.1;  ///< as the slider shows it
     int extrusionLayers = 1;
@@ -51,11 +51,22 @@ struct meshSettings {
     transformSettings transform;
 
     [[nodiscard]] bool extruded() const { return extrusion != 0.0 && extrusionLayers != 0; }
+    [[nodiscard]] int faces() const { return extruded() ? 2 : 1; }
+    /// From the ribbon's middle to a face; negative when the scale is.
     [[nodiscard]] double halfDepth() const
     {
         return extruded() ? extrusion * 0.5 * uniformScale : 0.0;
     }
+
+private:
+    static constexpr std::array<double, kVertexParamCount> AllOnes()
+    {
+        std::array<double, kVertexParamCount> ones{};
+        ones.fill(1.0);
+        return ones;
+    }
 };
 
-/// A rotation that no choice stands for becomes the first one, a count below 0 becomes 0.
+/// Every number in the result is finite: one that is not counts as 0, and none passes kFarthest. A
+/// rotation that no choice stands for becomes the first one, a count below 0 becomes 0.
 meshSettings MakeMeshSettings(const paramSnapshot& values, const frameSizes& sizes);
