@@ -18,7 +18,12 @@ struct lightSettings {
 };
 lightSettings MakeLightSettings(const paramSnapshot& values);
 
+/// Lights of `camera` that GL can hold: the count for the shader. 0 when no light is gathered.
+int UsableLights(const camData& camera);
+
 /// "3D (composition)": perspective, camera, up to 8 lights, material, depth and alpha-test state.
+/// All eight GL lights are reset first: nothing of an earlier frame's lights is left. A far plane
+/// that is not beyond the near one counts as near + 1.
 void cam3D(const viewSize& size, const lightSettings& lights, camData camera, double zNear,
            double zFar);
 
