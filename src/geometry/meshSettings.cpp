@@ -1,9 +1,9 @@
 #include "geometry/meshSettings.h"
 
-#include "geometry/vec3.h"
-
 #include <algorithm>
 #include <numbers>
+
+#include "geometry/vec3.h"
 
 namespace {
 

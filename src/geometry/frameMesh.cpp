@@ -1,0 +1,97 @@
+#include "geometry/frameMesh.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "Util/firstError.h"
+#include "Util/guards.h"
+#include "camera/compCamera.h"
+
+#include "geometry/meshSettings.h"
+#include "geometry/paramSnapshot.h"
+#include "geometry/sourceCrop.h"
+
+namespace {
+
+cropRect CropOf(const PF_LayerDef& image, const paramSnapshot& values)
+{
+    const auto percent = [&](PF_ParamIndex index) { return static_cast<double>(values[index]); };
+    if (image.data == nullptr) return {};
+    return CropSource(image.extent_hint, image.width, image.height, percent(kSourceCropLeft),
+                      percent(kSourceCropRight), percent(kSourceCropTop),
+                      percent(kSourceCropBottom));
+}
+
+/// When the source layer is read: now, or at a frame that a parameter names.
+A_long SourceTime(const PF_InData& in_data, const paramSnapshot& values)
+{
+    if (values.popup(kSourceTimeMode) != kSourceTimeSelector) return in_data.current_time;
+    using limits = std::numeric_limits<A_long>;
+    const double ticks = static_cast<double>(values[kSourceTime]) * in_data.time_step;
+    return static_cast<A_long>(
+        std::clamp(ticks, static_cast<double>(limits::min()), static_cast<double>(limits::max())));
+}
+
+/// The crop of the layer that "Source" names.
+PF_Err CropChosenSource(PF_InData& in_data, const paramSnapshot& values, cropRect& crop)
+{
+    CheckedOutParam source(in_data, kSource, SourceTime(in_data, values));
+    return FirstError{source.error()}
+        .then([&] {
+            crop = CropOf(source.def().u.ld, values);
+            return PF_Err_NONE;
+        })
+        .always([&] { return source.close(); })
+        .code();
+}
+
+/// Sizes of the frame's images. Without a source of its own the effect's input is the source, and
+/// its crop is the view.
+PF_Err ReadSizes(PF_InData& in_data, PF_ParamDef* const params[], const paramSnapshot& values,
+                 frameMesh& mesh)
+{
+    const PF_LayerDef& input = params[kInputLayer]->u.ld;
+    const bool ownLayer = params[kSource]->u.ld.data == nullptr;
+    cropRect crop;
+    PF_Err error = PF_Err_NONE;
+    if (ownLayer) {
+        crop = CropOf(input, values);
+    } else {
+        error = CropChosenSource(in_data, values, crop);
+    }
+    mesh.hasSource = crop.usable;
+    mesh.sizes = {.sourceWidth = crop.width,
+                  .sourceHeight = crop.height,
+                  .viewWidth = ownLayer ? crop.width : input.width,
+                  .viewHeight = ownLayer ? crop.height : input.height,
+                  .denX = static_cast<int>(in_data.downsample_x.den),
+                  .denY = static_cast<int>(in_data.downsample_y.den)};
+    return error;
+}
+
+}  // namespace
+
+PF_Err BuildFrameMesh(PF_InData& in_data, PF_ParamDef* const params[], frameMesh& mesh,
+                      std::string& reason)
+{
+    const paramSnapshot values = ReadParams(in_data, params);
+    const bool composition3D = values.popup(kCameraMode) == kCamera3D;
+    mesh = {};
+    mesh.camera = MakeCamData(static_cast<int>(in_data.downsample_x.den));
+    meshSettings settings;
+    return FirstError{}
+        .then([&] { return ReadSizes(in_data, params, values, mesh); })
+        .then([&] { return CompCamera(&in_data, composition3D, &mesh.camera); })
+        .then([&] {
+            if (!mesh.hasSource) return static_cast<PF_Err>(PF_Err_NONE);
+            settings = MakeMeshSettings(values, mesh.sizes);
+            return BuildShape(in_data, values, settings, in_data.current_time, mesh.shape, reason);
+        })
+        .then([&] {
+            const double(&position)[4] = mesh.camera.cameraMatrix.mat[3];
+            mesh.cells =
+                BuildDrawList(mesh.shape, settings, {position[0], position[1], -position[2]});
+            return PF_Err_NONE;
+        })
+        .code();
+}
