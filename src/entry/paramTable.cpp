@@ -233,7 +233,8 @@ constexpr bool IndicesAreComplete()
 
 constexpr bool IdsAreUnique()
 {
-    std::array<bool, 2 * kParamCount> used{};
+    constexpr std::size_t kIdLimit = 1000;
+    std::array<bool, kIdLimit> used{};
     for (const paramRow& row : kParamRows) {
         for (A_long id = row.id; id < row.id + row.runLength; ++id) {
             if (id < 1 || used.at(static_cast<std::size_t>(id))) return false;
