@@ -50,6 +50,7 @@ struct transformProps {
     bool anchorGiven = false;  ///< cameras and lights: two-node
 };
 
+/// Camera and light properties are never empty: a missing one holds its default.
 struct cameraProps {
     property zoom, depthOfField, aperture, blurLevel;
     std::optional<property> focusDistance;  ///< missing: the zoom
@@ -98,6 +99,7 @@ struct composition {
     int width = 0, height = 0;
     std::vector<layer> layers;  ///< topmost first
     motionBlurSettings motionBlur;
+    std::string where;  ///< JSON path of its layers, for messages
 };
 
 /// A picture that at least one layer shows.
