@@ -185,7 +185,8 @@ double ReadMask(const setRequest& request, const layer& owner)
     const std::size_t count = owner.masks.size();
     if (const auto position = ReadInteger(request.value)) {
         if (*position < 0 || *position > static_cast<int>(count))
-            Refuse(request, fmt::format("layer '{}' has {} masks", owner.name, count));
+            Refuse(request, fmt::format("masks of layer '{}' have the positions 1 to {}; 0 is none",
+                                        owner.name, count));
         return *position;
     }
     const auto named = [&](const mask& each) { return each.name == request.value; };

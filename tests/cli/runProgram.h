@@ -1,0 +1,39 @@
+// runProgram.h: runs the built `orv` as a user would.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orv {
+
+struct programResult {
+    int code = 0;  ///< exit code; minus the signal's number when one ended it
+    std::string out, err;
+};
+
+/// Runs `orv` with these arguments in `folder` and waits for its end.
+programResult RunOrv(const std::vector<std::string>& arguments,
+                     const std::filesystem::path& folder = ".");
+
+/// The same, and sends `signal` as soon as `file` exists in `folder`; never when the program ends
+/// before.
+programResult RunOrvUntil(const std::vector<std::string>& arguments,
+                          const std::filesystem::path& folder, const std::string& file, int signal);
+
+/// A fresh folder that is gone again at the end.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    /// Writes a text file and returns its name.
+    std::string Write(const std::string& name, const std::string& text) const;
+
+private:
+    std::filesystem::path path_;
+};
+
+}  // namespace orv
