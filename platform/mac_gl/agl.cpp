@@ -12,7 +12,7 @@
 
 namespace {
 
-AGLContext lastMadeCurrent = nullptr;
+AGLContext liveContexts = nullptr;  // a list through `next`
 std::array<char, 256> errorText{};
 
 /// Reads an attribute list. False when an attribute is not known.
@@ -50,7 +50,14 @@ bool NeedsSurface(EGLDisplay display)
 
 bool IsCurrent(AGLContext context)
 {
-    return context && eglGetCurrentContext() == context->handle;
+    return eglGetCurrentContext() == context->handle;
+}
+
+void Unlink(AGLContext context)
+{
+    AGLContext* link = &liveContexts;
+    while (*link != context) link = &(*link)->next;
+    *link = context->next;
 }
 
 }  // namespace
@@ -119,8 +126,12 @@ AGLContext aglCreateContext(AGLPixelFormat format, AGLContext share)
         macGL::Fail("EGL refuses an OpenGL 2.1 context");
         return nullptr;
     }
-    auto* context = new (std::nothrow) AGLContextRecord{format->display, format->config, handle};
-    if (!context) eglDestroyContext(format->display, handle);
+    auto* context = new (std::nothrow)
+        AGLContextRecord{format->display, format->config, handle, EGL_NO_SURFACE, liveContexts};
+    if (context)
+        liveContexts = context;
+    else
+        eglDestroyContext(format->display, handle);
     return context;
 }
 
@@ -133,7 +144,7 @@ GLboolean aglDestroyContext(AGLContext context)
         return GL_FALSE;
     }
     if (context->surface != EGL_NO_SURFACE) eglDestroySurface(context->display, context->surface);
-    if (lastMadeCurrent == context) lastMadeCurrent = nullptr;
+    Unlink(context);
     delete context;
     return GL_TRUE;
 }
@@ -166,14 +177,15 @@ GLboolean aglSetCurrentContext(AGLContext context)
         macGL::Fail("the OpenGL context cannot be made current");
         return GL_FALSE;
     }
-    lastMadeCurrent = context;
     return GL_TRUE;
 }
 
 AGLContext aglGetCurrentContext(void)
 {
     const macGL::DesktopGLScope desktopGL;
-    return IsCurrent(lastMadeCurrent) ? lastMadeCurrent : nullptr;
+    AGLContext context = liveContexts;
+    while (context && !IsCurrent(context)) context = context->next;
+    return context;
 }
 
 NSWindowRef NSWindowCreate(double, double, double width, double height, unsigned, unsigned, int)

@@ -15,6 +15,7 @@ struct AGLContextRecord {
     EGLConfig config = nullptr;
     EGLContext handle = EGL_NO_CONTEXT;
     EGLSurface surface = EGL_NO_SURFACE;  ///< none where the display can do without
+    AGLContextRecord* next = nullptr;     ///< of all contexts not yet destroyed
 };
 
 struct AGLDrawableRecord {

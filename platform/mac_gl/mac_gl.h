@@ -43,7 +43,7 @@ GLboolean aglDestroyContext(AGLContext context);
 GLboolean aglSetDrawable(AGLContext context, AGLDrawable drawable);
 /* Null makes no context current. */
 GLboolean aglSetCurrentContext(AGLContext context);
-/* The context last made current here, or null when none or a foreign one is current. */
+/* The context made here that is current, or null when none or a foreign one is. */
 AGLContext aglGetCurrentContext(void);
 
 /* CGL: whatever context is current on this thread, of any maker: EGL display, both surfaces and
