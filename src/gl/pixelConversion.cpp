@@ -29,10 +29,12 @@ A_u_char TimesAlpha(unsigned channel, unsigned alpha)
     return static_cast<A_u_char>((product + (product >> 8)) >> 8);
 }
 
+/// Comparisons in this form, without branches and with "not a number" falling to 0, are vectorised.
 A_u_char To8(float channel)
 {
-    if (!(channel > 0.0f)) return 0;
-    return channel < 1.0f ? static_cast<A_u_char>(channel * 255.0f + 0.5f) : A_u_char{255};
+    const float above = channel > 0.0f ? channel : 0.0f;
+    const float within = above < 1.0f ? above : 1.0f;
+    return static_cast<A_u_char>(static_cast<A_long>(within * 255.0f + 0.5f));
 }
 
 }  // namespace
