@@ -21,7 +21,7 @@ struct frameSizes {
 
 /// Values of the "3D geometry" group in render space (z mirrored).
 struct transformSettings {
-    point3 anchor, position;  ///< A', P': full-resolution pixels
+    point3 anchor{}, position{};  ///< A', P': full-resolution pixels
     point3 scale{1.0f, 1.0f, 1.0f};
     double angleX = 0.0, angleY = 0.0, angleZ = 0.0;  ///< radians, already negated
 };
