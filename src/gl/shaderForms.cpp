@@ -48,19 +48,33 @@ shaderHandle ProgramInUse()
     return glExt.GetHandleARB(GL_PROGRAM_OBJECT_ARB);
 }
 
-/// The program of a form, linked at its first use; the general program should GL refuse it.
-shaderHandle ProgramOf(AESDK_OpenGL_EffectCommonData& data, int form)
-try {
-    shaderHandle& program = data.forms.program[static_cast<std::size_t>(form)];
-    if (program) return program;
-    shaderHandle fragmentShader = 0;
+void Delete(shaderHandle object)
+{
+    glExt.DeleteObjectARB(static_cast<GLhandleARB>(object));
+}
+
+/// A form's own program, or the general one should GL refuse the form.
+shaderHandle LinkForm(const AESDK_OpenGL_EffectCommonData& data, int form)
+{
     const std::string head = FormHead(form);
-    CompileStage(GL_FRAGMENT_SHADER_ARB, {head.c_str(), kFragmentShaderText}, fragmentShader);
-    LinkProgram(data.vertexShader, fragmentShader, program);
-    glExt.DeleteObjectARB(static_cast<GLhandleARB>(fragmentShader));  // lives on in the program
+    shaderHandle fragmentShader = 0;
+    shaderHandle program = 0;
+    try {
+        CompileStage(GL_FRAGMENT_SHADER_ARB, {head.c_str(), kFragmentShaderText}, fragmentShader);
+        LinkProgram(data.vertexShader, fragmentShader, program);
+    } catch (const AESDK_OpenGL_Fault&) {
+        Delete(program);
+        program = data.program;
+    }
+    Delete(fragmentShader);  // a linked program keeps it
     return program;
-} catch (const AESDK_OpenGL_Fault&) {
-    return data.program;
+}
+
+shaderHandle ProgramOf(AESDK_OpenGL_EffectCommonData& data, int form)
+{
+    shaderHandle& program = data.forms.program[static_cast<std::size_t>(form)];
+    if (!program) program = LinkForm(data, form);
+    return program;
 }
 
 shaderHandle WantedProgram(AESDK_OpenGL_EffectCommonData& data)
@@ -100,7 +114,7 @@ void StartForm(AESDK_OpenGL_EffectCommonData& data)
 void DeleteForms(AESDK_OpenGL_EffectCommonData& data)
 {
     for (const shaderHandle program : data.forms.program)
-        if (program) glExt.DeleteObjectARB(static_cast<GLhandleARB>(program));
+        if (program != data.program) Delete(program);
     data.forms = {};
 }
 

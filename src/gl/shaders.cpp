@@ -104,7 +104,7 @@ vec3 unitOrZero(vec3 v)
 // Full inside the inner cone, fading to nothing at the outer one.
 float spotFactor(int i, vec3 toLight)
 {
-    float effect = dot(normalize(gl_LightSource[i].spotDirection), -toLight);
+    float effect = dot(unitOrZero(gl_LightSource[i].spotDirection), -toLight);
     float inner = pow(gl_LightSource[i].spotCutoff, cos(gl_LightSource[i].spotExponent * .128));
     float cosInner = cos(radians(inner));
     float cosOuter = cos(radians(gl_LightSource[i].spotCutoff));
@@ -131,7 +131,8 @@ vec4 lightSum()
         if (place.w != 0.0) {
             float d = distance(place.xyz, position);
             L = unitOrZero(place.xyz - position);
-            atten = 1.0 / (gl_LightSource[i].constantAttenuation + gl_LightSource[i].linearAttenuation * d +
+            atten = 1.0 / (gl_LightSource[i].constantAttenuation +
+                           gl_LightSource[i].linearAttenuation * d +
                            gl_LightSource[i].quadraticAttenuation * d * d);
             if (gl_LightSource[i].spotCutoff != 180.0) {
                 atten *= spotFactor(i, L);
@@ -141,7 +142,8 @@ vec4 lightSum()
                           gl_FrontLightProduct[i].diffuse * max(dot(N, -L), 0.0) * atten;
         if (dot(L, L) > 0.0) {
             float highlight = max(dot(unitOrZero(reflect(-L, N)), eyeDir), 0.0);
-            specular += gl_FrontLightProduct[i].specular * pow(highlight, gl_FrontMaterial.shininess) * atten * reveal[3];
+            specular += gl_FrontLightProduct[i].specular *
+                        pow(highlight, gl_FrontMaterial.shininess) * atten * reveal[3];
         }
     }
     return gl_FrontLightModelProduct.sceneColor + ambientDiffuse + specular;
