@@ -1,0 +1,76 @@
+// worlds.h: images in the host's layout, as effects see them.
+//
+// Rows are padded on purpose, by a different amount from world to world, so that an effect that
+// takes `rowbytes` for granted is found. Padding and the bytes before and behind the pixels hold
+// sentinels.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <unordered_map>
+
+#include "host_api.h"
+
+#include "image/image.h"
+
+namespace orv {
+
+/// Bytes of a pixel; 0 for a format that does not exist.
+A_long PixelBytes(PF_PixelFormat format);
+/// The format of a project's depth, 8 or 16.
+PF_PixelFormat FormatOfDepth(int depth);
+
+struct hostWorld {
+    PF_EffectWorld world{};  ///< as handed out
+    PF_PixelFormat format = PF_PixelFormat_INVALID;
+    bool lent = false;  ///< made for the effect, which disposes of it
+    std::size_t pixelBytesInRow = 0;
+    std::unique_ptr<std::uint8_t, void (*)(void*)> memory{nullptr, nullptr};
+
+    [[nodiscard]] std::uint8_t* row(A_long y) const
+    {
+        return static_cast<std::uint8_t*>(world.data) +
+               static_cast<std::ptrdiff_t>(y) * world.rowbytes;
+    }
+};
+
+/// Owns the worlds. A world is known by the address of its pixels: effects may copy the record.
+class WorldStore {
+public:
+    /// `clear`: transparent black, else pixels of no meaning, the same in every run. Null when
+    /// there is no memory. Both sides must be above 0.
+    hostWorld* New(A_long width, A_long height, PF_PixelFormat format, bool clear);
+    /// The world behind a record that an effect passes; null when it is not one of the host's, or
+    /// when size or rowbytes were changed.
+    [[nodiscard]] hostWorld* Find(const PF_EffectWorld* world) const;
+    void Free(const hostWorld& world) { FreeAt(world.world.data); }
+    /// By the address of its pixels.
+    void FreeAt(const void* pixels);
+    /// Whether nothing was written outside the rows of any world.
+    [[nodiscard]] bool PaddingsAreIntact() const;
+
+private:
+    std::unordered_map<const void*, std::unique_ptr<hostWorld>> worlds_;
+    std::uint32_t made_ = 0;
+};
+
+/// Frees a world of the host's own when nobody needs it any more.
+struct freeWorld {
+    WorldStore* store = nullptr;
+    void operator()(hostWorld* world) const { store->Free(*world); }
+};
+using ownedWorld = std::unique_ptr<hostWorld, freeWorld>;
+
+/// A world with the image's pixels.
+ownedWorld OwnWorldFrom(WorldStore& store, const image& picture);
+
+/// Whether nothing was written outside the rows.
+bool PaddingIsIntact(const hostWorld& world);
+/// The pixels without the padding. The depth must be 8 or 16 bits.
+image ToImage(const hostWorld& world);
+/// Sizes and depths must be equal.
+void CopyPixels(const image& from, hostWorld& to);
+/// Of the pixels; tells with near certainty whether one was changed.
+std::uint64_t Checksum(const hostWorld& world);
+
+}  // namespace orv
