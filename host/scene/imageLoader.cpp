@@ -57,9 +57,9 @@ bool IsBelow(const fs::path& folder, const fs::path& file)
 fs::path ResolveFile(const JsonNode& p, const fs::path& reference, const readContext& context)
 {
     std::error_code error;
-    const fs::path sceneFolder = fs::path(context.messages.file()).parent_path();
-    const fs::path folder = fs::weakly_canonical(fs::absolute(sceneFolder, error), error);
-    if (error) p.fail(fmt::format("{}: {}", sceneFolder.string(), error.message()));
+    const fs::path sceneFile = fs::absolute(context.messages.file(), error);
+    const fs::path folder = fs::weakly_canonical(sceneFile.parent_path(), error);
+    if (error) p.fail(fmt::format("{}: {}", sceneFile.string(), error.message()));
     const fs::path file = fs::weakly_canonical(folder / reference, error);
     if (error) p.fail(fmt::format("{}: {}", (folder / reference).string(), error.message()));
 

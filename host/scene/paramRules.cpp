@@ -18,15 +18,15 @@ void Complete(std::vector<double>& value, const std::vector<double>& initial)
     for (std::size_t k = value.size(); k < initial.size(); ++k) value.push_back(initial[k]);
 }
 
+/// Ranges are declared in single precision, and so compared: 0.1 is not below a declared 0.1f.
 void Clamp(std::vector<double>& value, double low, double high, const JsonNode& place)
 {
+    const auto lowest = static_cast<float>(low), highest = static_cast<float>(high);
     for (double& component : value) {
-        // Ranges are declared in single precision: 0.1 is not below a declared 0.1f.
         const auto single = static_cast<float>(component);
-        if (single >= static_cast<float>(low) && single <= static_cast<float>(high)) continue;
-        place.warn(fmt::format("{} is outside {}..{}, clamped", NumberText(component),
-                               NumberText(static_cast<double>(static_cast<float>(low))),
-                               NumberText(static_cast<double>(static_cast<float>(high)))));
+        if (single >= lowest && single <= highest) continue;
+        place.warn(
+            fmt::format("{} is outside {}..{}, clamped", NumberText(component), lowest, highest));
         component = std::clamp(component, low, high);
     }
 }
