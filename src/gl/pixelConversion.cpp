@@ -34,6 +34,7 @@ A_u_char To8(float channel)
 {
     const float above = channel > 0.0f ? channel : 0.0f;
     const float within = above < 1.0f ? above : 1.0f;
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): never negative; lround would be a call
     return static_cast<A_u_char>(static_cast<A_long>(within * 255.0f + 0.5f));
 }
 
