@@ -105,13 +105,21 @@ void WriteExr(const image& picture, const std::string& file, exrPixel pixel)
 
 pictureInfo ProbeExr(const std::string& file)
 try {
-    const Imf::InputFile input(file.c_str());
-    const Imf::Header& header = input.header();
-    const Imf::Channel* red = header.channels().findChannel("R");
+    Imf::InputFile input(file.c_str());
+    const auto& window = input.header().dataWindow();
+    const Imf::Channel* red = input.header().channels().findChannel("R");
     if (!input.isComplete() || red == nullptr) return {};
-    const auto& window = header.dataWindow();
-    return {window.max.x - window.min.x + 1, window.max.y - window.min.y + 1,
-            red->type == Imf::HALF ? 16 : 32};
+    const pictureInfo info{window.max.x - window.min.x + 1, window.max.y - window.min.y + 1,
+                           red->type == Imf::HALF ? 16 : 32};
+
+    // Only reading it shows that all of it is there; one row of memory is enough.
+    std::vector<float> row(static_cast<std::size_t>(info.width));
+    Imf::FrameBuffer rows;
+    rows.insert("R", Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(row.data() - window.min.x),
+                                sizeof(float), 0));
+    input.setFrameBuffer(rows);
+    input.readPixels(window.min.y, window.max.y);
+    return info;
 } catch (const std::exception&) {
     return {};
 }
