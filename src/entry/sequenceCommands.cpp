@@ -69,12 +69,28 @@ PF_Err SequenceSetup(const commandCall& call)
         .code();
 }
 
+namespace {
+
+/// The handle's memory is gone, so there is no record to replace: as for a new instance.
+PF_Err StartAnew(const commandCall& call)
+{
+    const PF_Err err = SequenceSetup(call);
+    if (call.out_data.sequence_data != call.in_data.sequence_data) {
+        AEGP_SuiteHandler suites(call.in_data.pica_basicP);
+        DisposeSequenceHandle(suites.HandleSuite2(),
+                              std::exchange(call.in_data.sequence_data, nullptr));
+    }
+    return err;
+}
+
+}  // namespace
+
 PF_Err SequenceResetup(const commandCall& call)
 {
     const PF_Handle old = call.in_data.sequence_data;
     PF_Err err = PF_Err_NONE;
     if (old != nullptr && *old == nullptr) {
-        err = SequenceSetup(call);
+        err = StartAnew(call);
     } else if (old != nullptr) {
         AEGP_SuiteHandler suites(call.in_data.pica_basicP);
         err = ReplaceRecord(suites.HandleSuite2(), call);
