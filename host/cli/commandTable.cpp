@@ -72,6 +72,14 @@ int RunCommandLine(int argc, char* argv[])
     }
     try {
         app.parse(argc, argv);
+    } catch (const CLI::RequiredError& problem) {
+        const std::vector<std::string> unknown = app.remaining();
+        if (!unknown.empty())
+            return Report(
+                fmt::format("there is no command '{}'; 'orv --help' lists them", unknown.front()),
+                ExitCode(failureKind::usage));
+        app.exit(problem);
+        return ExitCode(failureKind::usage);
     } catch (const CLI::ParseError& problem) {
         // Help and version come as errors of code 0; everything else is wrong usage.
         return app.exit(problem) == 0 ? 0 : ExitCode(failureKind::usage);

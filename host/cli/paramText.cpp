@@ -10,14 +10,15 @@ namespace {
 std::string ChoiceText(const paramDeclaration& param, double value)
 {
     const auto position = static_cast<std::size_t>(std::max(value, 0.0));
-    if (position < 1 || position > param.choices.size()) return NumberText(value);
+    if (position < 1 || position > param.choices.size()) return ParamNumberText(value);
     return param.choices[position - 1];
 }
 
 std::string ListText(std::span<const double> value)
 {
     std::string text;
-    for (const double component : value) text += (text.empty() ? "" : ", ") + NumberText(component);
+    for (const double component : value)
+        text += (text.empty() ? "" : ", ") + ParamNumberText(component);
     return text;
 }
 
@@ -57,7 +58,7 @@ bool HasValue(paramKind kind)
     return kind != paramKind::groupStart && kind != paramKind::groupEnd;
 }
 
-std::string NumberText(double value)
+std::string ParamNumberText(double value)
 {
     // A float's neighbours differ in the seventh digit: what was declared as the float 0.1 reads
     // 0.1, not 0.10000000149.
@@ -76,16 +77,16 @@ std::string ValueText(const paramDeclaration& param, std::span<const double> val
         case paramKind::popup:
             return ChoiceText(param, first);
         case paramKind::angle:
-            return NumberText(first) + "\u00b0";
+            return ParamNumberText(first) + "\u00b0";
         case paramKind::layer:
         case paramKind::path:
-            return first == 0.0 ? "none" : NumberText(first);
+            return first == 0.0 ? "none" : ParamNumberText(first);
         case paramKind::color:
         case paramKind::point3D:
             return ListText(value);
         case paramKind::slider:
         case paramKind::floatSlider:
-            return NumberText(first) + (param.percent ? " %" : "");
+            return ParamNumberText(first) + (param.percent ? " %" : "");
         case paramKind::groupStart:
         case paramKind::groupEnd:
             return "";

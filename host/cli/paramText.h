@@ -19,6 +19,6 @@ bool HasValue(paramKind kind);
 std::string ValueText(const paramDeclaration& param, std::span<const double> value);
 
 /// Wide enough that the number reads back the same, no wider than needed; 100 and not 100.0.
-std::string NumberText(double value);
+std::string ParamNumberText(double value);
 
 }  // namespace orv

@@ -37,7 +37,7 @@ json InitialJson(const paramDeclaration& param)
 json RangeJson(const paramDeclaration& param, double low, double high)
 {
     if (!IsRanged(param.kind)) return nullptr;
-    return {json::parse(NumberText(low)), json::parse(NumberText(high))};
+    return {json::parse(ParamNumberText(low)), json::parse(ParamNumberText(high))};
 }
 
 json ParamJson(const paramDeclaration& param)
@@ -65,7 +65,8 @@ void PrintJson(const effectDeclaration& declaration)
 std::string DetailText(const paramDeclaration& param)
 {
     if (IsRanged(param.kind))
-        return fmt::format("{} to {}", NumberText(param.validMin), NumberText(param.validMax));
+        return fmt::format("{} to {}", ParamNumberText(param.validMin),
+                           ParamNumberText(param.validMax));
     if (param.kind == paramKind::popup) return fmt::format("{}", fmt::join(param.choices, " | "));
     if (param.kind == paramKind::point3D) return "percent of the layer";
     return param.checkboxText;

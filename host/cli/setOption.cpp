@@ -102,8 +102,9 @@ std::vector<double> ReadRanged(const setRequest& request, const paramDeclaration
     // Ranges were declared as floats: 0.1 is within a range that starts at 0.1f.
     const auto narrow = static_cast<float>(*number);
     if (narrow < static_cast<float>(param.validMin) || narrow > static_cast<float>(param.validMax))
-        Refuse(request, fmt::format("'{}' takes {} to {}", param.name, NumberText(param.validMin),
-                                    NumberText(param.validMax)));
+        Refuse(request,
+               fmt::format("'{}' takes {} to {}", param.name, ParamNumberText(param.validMin),
+                           ParamNumberText(param.validMax)));
     return {*number};
 }
 

@@ -110,8 +110,8 @@ TEST_F(RenderProgram, ResumeSkipsWholePicturesAndRendersTheOthers)
     for (int frame = 0; frame < 4; ++frame)
         EXPECT_EQ(ReadPicture(Output(fmt::format("f.{}.png", frame))).width, 8) << frame;
     std::vector<std::string> results;
-    for (const auto& each : ReadJson(Output("stats.json"))["frames"])
-        results.push_back(each["result"]);
+    const auto stats = ReadJson(Output("stats.json"));
+    for (const auto& each : stats["frames"]) results.push_back(each["result"]);
     EXPECT_EQ(results, (std::vector<std::string>{"rendered", "rendered", "rendered", "skipped"}));
     for (const char* name : {"f.1.png", "f.2.png"})
         EXPECT_NE(result.err.find(std::string(name) + " is not a whole picture"),
