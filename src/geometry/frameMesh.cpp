@@ -1,8 +1,5 @@
 #include "geometry/frameMesh.h"
 
-#include <algorithm>
-#include <limits>
-
 #include "Util/firstError.h"
 #include "Util/guards.h"
 #include "camera/compCamera.h"
@@ -13,32 +10,20 @@
 
 namespace {
 
-cropRect CropOf(const PF_LayerDef& image, const paramSnapshot& values)
+/// Nothing of a layer without pixels is usable.
+cropRect UsableCrop(const PF_LayerDef& image, const paramSnapshot& values)
 {
-    const auto percent = [&](PF_ParamIndex index) { return static_cast<double>(values[index]); };
-    if (image.data == nullptr) return {};
-    return CropSource(image.extent_hint, image.width, image.height, percent(kSourceCropLeft),
-                      percent(kSourceCropRight), percent(kSourceCropTop),
-                      percent(kSourceCropBottom));
-}
-
-/// When the source layer is read: now, or at a frame that a parameter names.
-A_long SourceTime(const PF_InData& in_data, const paramSnapshot& values)
-{
-    if (values.popup(kSourceTimeMode) != kSourceTimeSelector) return in_data.current_time;
-    using limits = std::numeric_limits<A_long>;
-    const double ticks = static_cast<double>(values[kSourceTime]) * in_data.time_step;
-    return static_cast<A_long>(
-        std::clamp(ticks, static_cast<double>(limits::min()), static_cast<double>(limits::max())));
+    return image.data != nullptr ? CropLayer(image, values) : cropRect{};
 }
 
 /// The crop of the layer that "Source" names.
 PF_Err CropChosenSource(PF_InData& in_data, const paramSnapshot& values, cropRect& crop)
 {
-    CheckedOutParam source(in_data, kSource, SourceTime(in_data, values));
+    CheckedOutParam source(in_data, kSource,
+                           SourceTime(values, in_data.current_time, in_data.time_step));
     return FirstError{source.error()}
         .then([&] {
-            crop = CropOf(source.def().u.ld, values);
+            crop = UsableCrop(source.def().u.ld, values);
             return PF_Err_NONE;
         })
         .always([&] { return source.close(); })
@@ -55,7 +40,7 @@ PF_Err ReadSizes(PF_InData& in_data, PF_ParamDef* const params[], const paramSna
     cropRect crop;
     PF_Err error = PF_Err_NONE;
     if (ownLayer) {
-        crop = CropOf(input, values);
+        crop = UsableCrop(input, values);
     } else {
         error = CropChosenSource(in_data, values, crop);
     }

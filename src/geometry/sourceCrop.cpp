@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -33,4 +34,22 @@ cropRect CropSource(const PF_Rect& extent, int width, int height, double leftPer
     crop.height = crop.rect.bottom - crop.rect.top;
     crop.usable = Usable(crop.width) && Usable(crop.height);
     return crop;
+}
+
+cropRect CropLayer(const PF_EffectWorld& layer, const paramSnapshot& values)
+{
+    const auto percent = [&](PF_ParamIndex index) { return static_cast<double>(values[index]); };
+    return CropSource(layer.extent_hint, layer.width, layer.height, percent(kSourceCropLeft),
+                      percent(kSourceCropRight), percent(kSourceCropTop),
+                      percent(kSourceCropBottom));
+}
+
+A_long SourceTime(const paramSnapshot& values, A_long currentTime, A_long timeStep)
+{
+    if (values.popup(kSourceTimeMode) != kSourceTimeSelector) return currentTime;
+    const double ticks = static_cast<double>(values[kSourceTime]) * timeStep;
+    if (std::isnan(ticks)) return currentTime;
+    using limits = std::numeric_limits<A_long>;
+    return static_cast<A_long>(
+        std::clamp(ticks, static_cast<double>(limits::min()), static_cast<double>(limits::max())));
 }

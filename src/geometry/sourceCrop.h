@@ -1,7 +1,9 @@
-// sourceCrop.h: which part of a layer's image becomes the source texture.
+// sourceCrop.h: which part of a layer's image becomes the source texture, and when it is read.
 #pragma once
 
 #include "host_api.h"
+
+#include "geometry/paramSnapshot.h"
 
 /// A crop rectangle in pixels of the image it was taken from. `usable`: both sides lie in
 /// kSmallestSource..kLargestSource; otherwise the frame has no source image.
@@ -19,3 +21,10 @@ inline constexpr int kLargestSource = 30003;
 /// size of 0 or less, not usable.
 cropRect CropSource(const PF_Rect& extent, int width, int height, double leftPercent,
                     double rightPercent, double topPercent, double bottomPercent);
+
+/// The part of `layer` that the "Source crop" values leave.
+cropRect CropLayer(const PF_EffectWorld& layer, const paramSnapshot& values);
+
+/// Layer time at which a chosen source layer is read: now, or at "Selector" the frame that "Source
+/// time" counts, cut to whole ticks and kept within what a time can hold.
+A_long SourceTime(const paramSnapshot& values, A_long currentTime, A_long timeStep);

@@ -1,8 +1,6 @@
 #include "gl/frameSettings.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 #include "Util/AEFX_SuiteHelper.h"
 #include "Util/firstError.h"
@@ -49,22 +47,6 @@ viewSize frameSettings::view() const
 {
     const double width = viewWidth, height = viewHeight;
     return {.W = width * denX, .H = height * denY, .VW = width, .VH = height};
-}
-
-cropRect CropLayer(const PF_EffectWorld& layer, const paramSnapshot& values)
-{
-    return CropSource(layer.extent_hint, layer.width, layer.height, values[kSourceCropLeft],
-                      values[kSourceCropRight], values[kSourceCropTop], values[kSourceCropBottom]);
-}
-
-A_long SourceTime(const paramSnapshot& values, A_long currentTime, A_long timeStep)
-{
-    if (values.popup(kSourceTimeMode) != kSourceTimeSelector) return currentTime;
-    const double ticks = static_cast<double>(values[kSourceTime]) * timeStep;
-    if (std::isnan(ticks)) return currentTime;
-    using limits = std::numeric_limits<A_long>;
-    return static_cast<A_long>(
-        std::clamp(ticks, static_cast<double>(limits::min()), static_cast<double>(limits::max())));
 }
 
 PF_Err ReadFrameSettings(const renderHost& host, const paramSnapshot& values,

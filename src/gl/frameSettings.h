@@ -31,10 +31,3 @@ struct frameSettings {
 /// cannot be had.
 PF_Err ReadFrameSettings(const renderHost& host, const paramSnapshot& values,
                          frameSettings& settings);
-
-/// The part of `layer` that the "Source crop" values leave.
-cropRect CropLayer(const PF_EffectWorld& layer, const paramSnapshot& values);
-
-/// Layer time at which a chosen source layer is read: now, or at "Selector" the frame that "Source
-/// time" counts, cut to whole ticks and kept within what a time can hold.
-A_long SourceTime(const paramSnapshot& values, A_long currentTime, A_long timeStep);
