@@ -39,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "of input; expected ':'"},
         brokenScene{"WrongLiteral", "{\"fr\": nil}",
                     "scene.json:1:9: syntax error while parsing value - invalid literal; last "
-                    "read: 'ni'"},
+                    "read: '\"fr\": ni'"},
         brokenScene{"Empty", "",
                     "scene.json:1:1: syntax error while parsing value - unexpected end of input; "
                     "expected '[', '{', or a literal"},
