@@ -54,6 +54,7 @@ public:
 
     [[nodiscard]] const project& scene() const { return scene_; }
     [[nodiscard]] PluginHost& host() { return *host_; }
+    [[nodiscard]] LayerImages& images() { return renderer_->images(); }
     [[nodiscard]] const std::vector<std::string>& warnings() const { return warnings_; }
 
 private:
