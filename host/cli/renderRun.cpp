@@ -177,11 +177,11 @@ private:
 
     std::string RenderAndWrite(int frame, frameStats& figures)
     {
-        const std::int64_t uploadsBefore = plugin_.counters().layerCheckouts;
+        const std::int64_t uploadsBefore = plugin_.counters().sourceCopies;
         const image picture = task_.onlyLayer
                                   ? renderer_.RenderLayer(*task_.comp, *task_.onlyLayer, frame)
                                   : renderer_.RenderComposition(*task_.comp, frame);
-        figures.uploads = plugin_.counters().layerCheckouts - uploadsBefore;
+        figures.uploads = plugin_.counters().sourceCopies - uploadsBefore;
         figures.effect = renderer_.times().effectSeconds;
         figures.draw = renderer_.times().drawSeconds;
 

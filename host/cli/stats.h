@@ -19,7 +19,7 @@ struct frameStats {
     double draw = 0.0;    ///< layers into the picture, without effects
     double write = 0.0;   ///< encoding and file
     double total = 0.0;
-    std::int64_t uploads = 0;  ///< source pictures that effects took from the host to upload
+    std::int64_t uploads = 0;  ///< source pictures that effects prepared for upload
 };
 
 struct renderStats {

@@ -1,5 +1,6 @@
 #include "plugin/callbacks.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include <fmt/format.h>
@@ -34,7 +35,6 @@ PF_Err WriteLayerWorld(HostSession& session, const paramDeclaration& declared, d
         command.wanted = wantedPixels{&of, t};
         return PF_Interrupt_CANCEL;
     }
-    ++session.counters.layerCheckouts;
     def.u.ld = command.Hold(session.layerWorlds.Get(session.worlds, frame, of, t));
     def.u.ld.dephault = declaredDef.dephault;
     return PF_Err_NONE;
@@ -115,6 +115,17 @@ PF_Err Abort(HostSession& session, PF_ProgPtr)
 
 // ---- worlds
 
+/// Whether the world shows a layer: the input, or the pixels of a layer parameter.
+bool ShowsLayer(const commandContext& command, const hostWorld& world)
+{
+    const void* const pixels = world.world.data;
+    const auto same = [pixels](const sharedLayerWorld& each) {
+        return each->pixels->world.data == pixels;
+    };
+    return (command.input != nullptr && command.input->data == pixels) ||
+           std::ranges::any_of(command.layerWorlds, same);
+}
+
 PF_Err Copy(HostSession& session, PF_ProgPtr, PF_EffectWorld* src, PF_EffectWorld* dst,
             PF_Rect* src_r, PF_Rect* dst_r)
 {
@@ -130,6 +141,8 @@ PF_Err Copy(HostSession& session, PF_ProgPtr, PF_EffectWorld* src, PF_EffectWorl
         return session.BreakRule("copy was given a rectangle that is not within its world");
     }
     CopyWorld(*from, fromRect, *to, toRect);
+    const bool ownWorld = session.ledger.IsOut(loanKind::world, to->world.data);
+    if (ownWorld && ShowsLayer(*session.command, *from)) ++session.counters.sourceCopies;
     return PF_Err_NONE;
 }
 

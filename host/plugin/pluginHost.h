@@ -63,7 +63,10 @@ struct controlState {
 
 /// Figures of one process, for --stats.
 struct pluginCounters {
-    std::int64_t commands = 0, renders = 0, layerCheckouts = 0;
+    std::int64_t commands = 0, renders = 0;
+    /// Pictures of layers that effects copied into worlds of their own: what they prepare for
+    /// upload. The host sees no GL call, and an effect that keeps its textures copies nothing.
+    std::int64_t sourceCopies = 0;
     double effectSeconds = 0.0;
 };
 

@@ -23,7 +23,6 @@ PF_PixelFormat FormatOfDepth(int depth);
 struct hostWorld {
     PF_EffectWorld world{};  ///< as handed out
     PF_PixelFormat format = PF_PixelFormat_INVALID;
-    bool lent = false;  ///< made for the effect, which disposes of it
     std::size_t pixelBytesInRow = 0;
     std::unique_ptr<std::uint8_t, void (*)(void*)> memory{nullptr, nullptr};
 
