@@ -94,35 +94,19 @@ pixelArea ReachedArea(const planeMatrix& plane, const image& picture, const canv
 
 // ------------------------------------------------------------------ pixels
 
-/// 0..1 for each value of a channel.
+/// One step of a channel. 255 of the smaller ones add up to exactly 1 in floats.
 template <class Channel>
-struct unitScale;
-template <>
-struct unitScale<std::uint8_t> {
-    static float of(std::uint8_t v)
-    {
-        static const std::array<float, 256> kTable = [] {
-            std::array<float, 256> table{};
-            for (std::size_t i = 0; i < table.size(); ++i) {
-                table[i] = static_cast<float>(i) / 255.0F;
-            }
-            return table;
-        }();
-        return kTable[v];
-    }
-};
-template <>
-struct unitScale<std::uint16_t> {
-    static float of(std::uint16_t v) { return static_cast<float>(v) * (1.0F / 32768.0F); }
-};
+constexpr float kStep = sizeof(Channel) == 1 ? 1.0F / 255.0F : 1.0F / 32768.0F;
+static_assert(255.0F * kStep<std::uint8_t> == 1.0F);
 
 /// Adds a pixel, its colours multiplied by its alpha.
 template <class Channel>
 void AddWeighted(const Channel* pixel, float weight, float* sum)
 {
-    const float alpha = unitScale<Channel>::of(pixel[0]) * weight;
+    const float alpha = static_cast<float>(pixel[0]) * kStep<Channel> * weight;
+    const float colour = alpha * kStep<Channel>;
     sum[0] += alpha;
-    for (int c = 1; c < 4; ++c) sum[c] += unitScale<Channel>::of(pixel[c]) * alpha;
+    for (int c = 1; c < 4; ++c) sum[c] += static_cast<float>(pixel[c]) * colour;
 }
 
 /// Normal blending: `over` on top of what is there.
@@ -143,11 +127,20 @@ const Channel* PixelAt(const image& picture, int x, int y)
 template <class Channel>
 void SampleBilinear(const image& picture, double x, double y, float* sum)
 {
-    const double floorX = std::floor(x), floorY = std::floor(y);
-    const int left = static_cast<int>(floorX), top = static_cast<int>(floorY);
-    const auto fx = static_cast<float>(x - floorX), fy = static_cast<float>(y - floorY);
+    // floor, for what lies above -1
+    const int left = static_cast<int>(x + 1.0) - 1, top = static_cast<int>(y + 1.0) - 1;
+    const auto fx = static_cast<float>(x - left), fy = static_cast<float>(y - top);
     const float weights[4] = {(1.0F - fx) * (1.0F - fy), fx * (1.0F - fy), (1.0F - fx) * fy,
                               fx * fy};
+    if (left >= 0 && top >= 0 && left + 1 < picture.width && top + 1 < picture.height) {
+        const Channel* upper = PixelAt<Channel>(picture, left, top);
+        const Channel* lower = PixelAt<Channel>(picture, left, top + 1);
+        AddWeighted(upper, weights[0], sum);
+        AddWeighted(upper + 4, weights[1], sum);
+        AddWeighted(lower, weights[2], sum);
+        AddWeighted(lower + 4, weights[3], sum);
+        return;
+    }
     for (int k = 0; k < 4; ++k) {
         const int px = left + (k & 1), py = top + (k >> 1);
         if (px < 0 || py < 0 || px >= picture.width || py >= picture.height) continue;
