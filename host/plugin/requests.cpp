@@ -21,7 +21,7 @@ PF_Err CheckEffectRef(HostSession& session, PF_ProgPtr effect_ref, const char* c
 
 PF_Err RefuseForeign(HostSession& session, const char* call, const char* thing)
 {
-    return session.BreakRule(fmt::format("{} was given a {} that is not the host's", call, thing));
+    return session.BreakRule(fmt::format("{}: this {} is not the host's", call, thing));
 }
 
 PF_Err TakeBack(HostSession& session, loanKind kind, const void* thing, const char* call)
