@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::uint64_t kMiB = 1024 * 1024;
+constexpr std::uint64_t kMiB = std::uint64_t{1} << 20;
 constexpr std::uint64_t kDefaultLimit = 2048 * kMiB;
 /// A drawn cell also has a key and an index while the list is sorted.
 constexpr std::uint64_t kBytesPerDrawnCell = sizeof(quad) + 2 * sizeof(double);

@@ -12,7 +12,8 @@ struct vec3 {
 
     vec3() = default;
     vec3(double x_, double y_, double z_) : x(x_), y(y_), z(z_) {}
-    vec3(const point3& p)  // NOLINT(google-explicit-constructor): widening loses nothing
+    // Implicit: widening loses nothing.
+    vec3(const point3& p)
         : x(static_cast<double>(p.x)), y(static_cast<double>(p.y)), z(static_cast<double>(p.z))
     {
     }
