@@ -1,6 +1,7 @@
 // The built program at work: pictures, resuming, interrupts, figures.
 #include <csignal>
 #include <fstream>
+#include <regex>
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -151,12 +152,57 @@ TEST_F(RenderProgram, AnInterruptLeavesOnlyWholeFrames)
     }
 }
 
+/// A ribbon of the band along a straight mask; the band is a composition in which a box moves 5
+/// pixels a frame.
+constexpr const char* kRibbonScene = R"({"fr": 25, "ip": 0, "op": 10, "w": 96, "h": 48,
+    "assets": [{"id": "band", "layers": [
+      {"ty": 1, "nm": "box", "sw": 10, "sh": 12, "sc": "#ffffff", "ip": 0, "op": 10,
+       "ks": {"p": {"k": [{"t": 0, "s": [5, 2]}, {"t": 9, "s": [50, 2]}]}}},
+      {"ty": 1, "nm": "ground", "sw": 80, "sh": 16, "sc": "#3050a0", "ip": 0, "op": 10,
+       "ks": {}}]}],
+    "layers": [
+      {"ty": 1, "ind": 1, "nm": "ribbon", "sw": 96, "sh": 48, "sc": "#204060", "ip": 0, "op": 10,
+       "ks": {}, "masksProperties": [{"mode": "n", "pt": {"k": {"c": false,
+         "v": [[8, 24], [88, 24]], "i": [[0, 0], [0, 0]], "o": [[0, 0], [0, 0]]}}}],
+       "ef": [{"ty": 5, "mn": "KAL_Orv", "ef": [{"ix": 29, "v": {"k": 1}},
+         {"ix": 2, "v": {"k": 2}}]}]},
+      {"ty": 0, "ind": 2, "nm": "moving", "refId": "band", "w": 80, "h": 16, "hd": true, "ip": 0,
+       "op": 10, "ks": {}},
+      {"ty": 1, "ind": 3, "nm": "still", "sw": 80, "sh": 16, "sc": "#f08020", "hd": true, "ip": 0,
+       "op": 10, "ks": {}}]})";
+
+TEST_F(RenderProgram, AStillSourceIsUploadedOnce)
+{
+    const std::string scene = scenes_.Write("ribbon.json", kRibbonScene);
+    const auto uploads = [&](const char* source) {
+        EXPECT_EQ(Render(scene, {"--set", source, "--stats", "s.json"}).code, 0);
+        return ReadJson(Output("s.json"))["uploads"].get<int>();
+    };
+    EXPECT_EQ(uploads("Source=still"), 1);
+    EXPECT_EQ(uploads("Source=none"), 1) << "the layer itself";
+    EXPECT_EQ(uploads("Source=moving"), 10);
+}
+
+TEST_F(RenderProgram, AMovingSourceIsRightInAnyOrderOfFrames)
+{
+    const std::string scene = scenes_.Write("ribbon.json", kRibbonScene);
+    ASSERT_EQ(Render(scene, {"--frames", "0", "-o", "first.#.png"}).code, 0);
+    ASSERT_EQ(Render(scene, {"--frames", "7", "-o", "first.#.png"}).code, 0);
+    ASSERT_EQ(Render(scene, {"--frames", "0,7,0", "-o", "mixed.#.png"}).code, 0);
+    const image at0 = ReadPicture(Output("first.0.png")), at7 = ReadPicture(Output("first.7.png"));
+    EXPECT_FALSE(at0 == at7);
+    EXPECT_EQ(ReadPicture(Output("mixed.0.png")), at0);
+    EXPECT_EQ(ReadPicture(Output("mixed.7.png")), at7);
+}
+
 /// Three frames; in the middle one the effect's layer is far larger than any render target.
 constexpr const char* kTooLargeOnce = R"({"fr": 25, "ip": 0, "op": 3, "w": 8, "h": 4, "layers": [
     {"ty": 1, "ind": 1, "nm": "huge", "sw": 30000, "sh": 4, "sc": "#00ff00", "ip": 1, "op": 2,
      "ks": {}, "masksProperties": [{"mode": "n", "pt": {"k": {"c": false, "v": [[0, 2], [8, 2]],
        "i": [[0, 0], [0, 0]], "o": [[0, 0], [0, 0]]}}}],
-     "ef": [{"ty": 5, "mn": "KAL_Orv", "ef": [{"ix": 29, "v": {"k": 1}}]}]}]})";
+     "ef": [{"ty": 5, "mn": "KAL_Orv", "ef": [{"ix": 29, "v": {"k": 1}}, {"ix": 2, "v": {"k": 2}}]}]},
+    {"ty": 1, "ind": 2, "nm": "band", "sw": 8, "sh": 4, "sc": "#0000ff", "hd": true, "ip": 0,
+     "op": 3, "ks": {}}]})";
 
 TEST_F(RenderProgram, AFailedFrameEndsTheRunUnlessItIsToContinue)
 {
@@ -173,6 +219,23 @@ TEST_F(RenderProgram, AFailedFrameEndsTheRunUnlessItIsToContinue)
     EXPECT_EQ(continued.code, 1);
     EXPECT_TRUE(fs::exists(Output("b.0.png")) && fs::exists(Output("b.2.png")));
     EXPECT_FALSE(fs::exists(Output("b.1.png")));
+}
+
+TEST_F(RenderProgram, TruncatedFramesMayBeAskedFor)
+{
+    const std::string scene = scenes_.Write("huge.json", kTooLargeOnce);
+    const std::string refused = Render(scene, {"-o", "a.#.png"}).err;
+    const programResult truncated = Render(scene, {"-o", "b.#.png", "--allow-truncated"});
+    EXPECT_EQ(truncated.code, 0);
+    EXPECT_TRUE(fs::exists(Output("b.1.png")));
+
+    // The effect warns with its largest texture edge, halved; its largest target has that edge.
+    const std::regex limit("largest render target, ([0-9]+)x"),
+        warning("texture size \\(([0-9]+)x");
+    std::smatch inLimit, inWarning;
+    ASSERT_TRUE(std::regex_search(refused, inLimit, limit)) << refused;
+    ASSERT_TRUE(std::regex_search(truncated.err, inWarning, warning)) << truncated.err;
+    EXPECT_EQ(inLimit[1], inWarning[1]);
 }
 
 }  // namespace
