@@ -152,6 +152,16 @@ TEST_F(RenderProgram, AnInterruptLeavesOnlyWholeFrames)
     }
 }
 
+TEST_F(RenderProgram, ALeakInTheEffectIsNoSuccess)
+{
+    const std::string scene = scenes_.Write("leak.json", R"({"fr": 25, "ip": 0, "op": 2, "w": 8,
+        "h": 4, "layers": [{"ty": 1, "nm": "red", "sw": 8, "sh": 4, "sc": "#ff0000", "ip": 0,
+        "op": 2, "ks": {}, "ef": [{"ty": 5, "mn": "leakyEffect", "ef": []}]}]})");
+    const programResult result = Render(scene, {"--plugin", LEAKY_EFFECT});
+    EXPECT_EQ(result.code, 4);
+    EXPECT_NE(result.err.find("PF Handle Suite"), std::string::npos) << result.err;
+}
+
 /// A ribbon of the band along a straight mask; the band is a composition in which a box moves 5
 /// pixels a frame.
 constexpr const char* kRibbonScene = R"({"fr": 25, "ip": 0, "op": 10, "w": 96, "h": 48,
