@@ -190,7 +190,7 @@ void PrintLayer(const json& each)
     fmt::print("{}\n", line);
 
     for (const json& m : each["masks"])
-        fmt::print("         mask \"{}\": {} vertices, {}, {}{}{}\n", Text(m["name"]),
+        fmt::print("         mask \"{}\": {} vertices, {}, mode {}{}{}\n", Text(m["name"]),
                    m["vertices"].get<std::size_t>(), m["closed"].get<bool>() ? "closed" : "open",
                    Text(m["mode"]), m["inverted"].get<bool>() ? ", inverted" : "", KeysText(m));
     for (const json& instance : each["effects"]) {

@@ -202,7 +202,7 @@ TEST(Inspect, ShowsMasksAndChangedParameters)
     EXPECT_EQ(values[1]["value"], 90);
     EXPECT_EQ(values[1]["keys"], 2);
     EXPECT_TRUE(
-        Contains(RunOrv({"inspect", scene}).out, "mask \"wave\": 3 vertices, open, none\n"));
+        Contains(RunOrv({"inspect", scene}).out, "mask \"wave\": 3 vertices, open, mode none\n"));
 }
 
 }  // namespace
