@@ -1,6 +1,7 @@
 #include "scene/transformReader.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "scene/propertyReader.h"
