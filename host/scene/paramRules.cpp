@@ -75,7 +75,7 @@ propertyRule ChoiceRule(const paramDeclaration& param)
     return {.holds = true, .check = [&param](std::vector<double>& value, const JsonNode& place) {
                 Complete(value, param.initial);
                 for (double& choice : value) choice = std::round(choice);
-                Clamp(value, 1.0, static_cast<double>(param.choices.size()), place);
+                Clamp(value, 1.0, std::max(1.0, static_cast<double>(param.choices.size())), place);
             }};
 }
 
