@@ -93,8 +93,10 @@ void CommandRecords::FillWorlds(const recordContents& contents)
     }
     if (contents.output != nullptr) {
         output_ = OwnWorldFrom(session_.worlds, *contents.output);
-        outputDef_ = output_->world;
+    } else if (contents.blankOutput) {
+        output_ = OwnBlankWorld(session_.worlds, *contents.input);
     }
+    if (output_) outputDef_ = output_->world;
 }
 
 void CommandRecords::FillFrame(const effectFrame& frame)

@@ -19,6 +19,7 @@ struct recordContents {
     bool withParams = false;             ///< needs a frame
     const image* input = nullptr;
     const image* output = nullptr;  ///< its bytes are what the effect finds
+    bool blankOutput = false;       ///< an output of the input's size, transparent black
 };
 
 /// Fills them on construction: values at the frame's instant, layer parameters with their worlds

@@ -58,7 +58,7 @@ struct PluginHost::state {
         constexpr int kMostTries = 16;  // more instants than a render has layer parameters
         HostSession& session = module.session();
         for (int tries = 0; tries < kMostTries; ++tries) {
-            records.ClearOutput();
+            if (tries > 0) records.ClearOutput();
             const commandOutcome outcome = RunOrFail(PF_Cmd_RENDER, records, frame);
             if (!outcome.wanted) return ToImage(*records.outputWorld());
             const auto [of, t] = *outcome.wanted;
@@ -128,12 +128,11 @@ const effectDeclaration& PluginHost::declaration() const
 image PluginHost::Render(const effectFrame& frame, const image& input)
 {
     effectInstance& instance = state_->module.Ensure(frame);
-    const image blank(input.width, input.height, input.depth);
     CommandRecords records(state_->module.session(), {.instance = &instance,
                                                       .frame = &frame,
                                                       .withParams = true,
                                                       .input = &input,
-                                                      .output = &blank});
+                                                      .blankOutput = true});
     if ((instance.flags2 & PF_OutFlag2_SUPPORTS_QUERY_DYNAMIC_FLAGS) != 0) {
         state_->RunOrFail(PF_Cmd_QUERY_DYNAMIC_FLAGS, records, frame);
     }

@@ -1,7 +1,6 @@
 #include "plugin/worlds.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <span>
@@ -16,7 +15,7 @@ constexpr std::uint8_t kUnclearedByte = 0x5C;  ///< a 16-bit channel of it is st
 
 std::span<std::uint8_t> FrontMargin(const hostWorld& world)
 {
-    return {world.memory.get(), kMargin};
+    return {world.block.memory.get(), kMargin};
 }
 std::span<std::uint8_t> BackMargin(const hostWorld& world)
 {
@@ -82,10 +81,15 @@ hostWorld* WorldStore::New(A_long width, A_long height, PF_PixelFormat format, b
     world.extent_hint = {0, 0, width, height};
     const std::size_t bytes =
         static_cast<std::size_t>(world.rowbytes) * static_cast<std::size_t>(height) + 2 * kMargin;
-    fresh->memory = {static_cast<std::uint8_t*>(std::calloc(1, bytes)), &std::free};
-    if (!fresh->memory) return nullptr;
-    if (!clear) std::memset(fresh->memory.get(), kUnclearedByte, bytes);
-    world.data = fresh->memory.get() + kMargin;
+    fresh->block = memory_.Take(bytes);
+    if (!fresh->block.memory) return nullptr;
+    std::uint8_t* memory = fresh->block.memory.get();
+    if (!clear) {
+        std::memset(memory, kUnclearedByte, bytes);
+    } else if (!fresh->block.zeroed) {
+        std::memset(memory, 0, bytes);
+    }
+    world.data = memory + kMargin;
     WriteSentinels(*fresh);
     hostWorld* made = fresh.get();
     worlds_.emplace(made->world.data, std::move(fresh));
@@ -105,7 +109,10 @@ hostWorld* WorldStore::Find(const PF_EffectWorld* world) const
 
 void WorldStore::FreeAt(const void* pixels)
 {
-    worlds_.erase(pixels);
+    const auto found = worlds_.find(pixels);
+    if (found == worlds_.end()) return;
+    memory_.Give(std::move(found->second->block));
+    worlds_.erase(found);
 }
 
 bool WorldStore::PaddingsAreIntact() const
@@ -114,12 +121,17 @@ bool WorldStore::PaddingsAreIntact() const
                                [](const auto& each) { return PaddingIsIntact(*each.second); });
 }
 
-ownedWorld OwnWorldFrom(WorldStore& store, const image& picture)
+ownedWorld OwnBlankWorld(WorldStore& store, const image& like)
 {
-    ownedWorld made(store.New(picture.width, picture.height, FormatOfDepth(picture.depth),
-                              /*clear=*/true),
+    ownedWorld made(store.New(like.width, like.height, FormatOfDepth(like.depth), /*clear=*/true),
                     freeWorld{&store});
     if (!made) throw std::bad_alloc();
+    return made;
+}
+
+ownedWorld OwnWorldFrom(WorldStore& store, const image& picture)
+{
+    ownedWorld made = OwnBlankWorld(store, picture);
     CopyPixels(picture, *made);
     return made;
 }

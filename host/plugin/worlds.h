@@ -12,6 +12,7 @@
 #include "host_api.h"
 
 #include "image/image.h"
+#include "plugin/blockPool.h"
 
 namespace orv {
 
@@ -24,7 +25,7 @@ struct hostWorld {
     PF_EffectWorld world{};  ///< as handed out
     PF_PixelFormat format = PF_PixelFormat_INVALID;
     std::size_t pixelBytesInRow = 0;
-    std::unique_ptr<std::uint8_t, void (*)(void*)> memory{nullptr, nullptr};
+    memoryBlock block;
 
     [[nodiscard]] std::uint8_t* row(A_long y) const
     {
@@ -50,6 +51,7 @@ public:
 
 private:
     std::unordered_map<const void*, std::unique_ptr<hostWorld>> worlds_;
+    BlockPool memory_;
     std::uint32_t made_ = 0;
 };
 
@@ -60,8 +62,10 @@ struct freeWorld {
 };
 using ownedWorld = std::unique_ptr<hostWorld, freeWorld>;
 
-/// A world with the image's pixels.
+/// A world with the image's pixels; one of its size and depth that is transparent black. Throw
+/// std::bad_alloc.
 ownedWorld OwnWorldFrom(WorldStore& store, const image& picture);
+ownedWorld OwnBlankWorld(WorldStore& store, const image& like);
 
 /// Whether nothing was written outside the rows.
 bool PaddingIsIntact(const hostWorld& world);

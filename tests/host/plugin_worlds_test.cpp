@@ -72,6 +72,22 @@ TEST(WorldStore, KnowsItsWorldsByTheirPixels)
     EXPECT_EQ(store.Find(&copy), nullptr);
 }
 
+TEST(WorldStore, AClearWorldIsClearInMemoryThatWasUsed)
+{
+    WorldStore store;
+    for (int k = 0; k < 3; ++k) {
+        hostWorld* world = store.New(64, 64, PF_PixelFormat_ARGB32, true);
+        for (A_long y = 0; y < 64; ++y) {
+            for (A_long x = 0; x < 64; ++x) {
+                ASSERT_EQ(At8(*world, x, y).green, 0);
+                At8(*world, x, y).green = 77;
+            }
+        }
+        ASSERT_TRUE(PaddingIsIntact(*world));
+        store.Free(*world);
+    }
+}
+
 TEST(WorldChecksum, SeesEveryPixel)
 {
     WorldStore store;
