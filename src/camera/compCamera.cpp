@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
+#include <iterator>
 
 #include "Util/AEGP_SuiteHandler.h"
 #include "Util/firstError.h"
@@ -135,7 +137,8 @@ PF_Err ReadCamera(sceneQuery& scene, camData& camera)
 float LightIntensity(A_FpLong percent)
 {
     constexpr double kPercent = static_cast<double>(0.01f);
-    return Narrow(std::clamp(percent * kPercent, 0.0, 30000.0));
+    const double factor = percent * kPercent;
+    return factor > 0.0 ? Narrow(std::min(factor, 30000.0)) : 0.0f;  // a NaN is dark, too
 }
 
 PF_Err ReadLightColor(sceneQuery& scene, AEGP_LayerH layer, lightData& light)
@@ -231,6 +234,38 @@ PF_Err ReadLights(sceneQuery& scene, camData& camera)
     return err;
 }
 
+bool IsFinite(const A_Matrix4& matrix)
+{
+    for (const auto& row : matrix.mat) {
+        if (!std::all_of(std::begin(row), std::end(row),
+                         [](double v) { return std::isfinite(v); })) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool IsFinite(const lightData& light)
+{
+    const auto finite = [](double v) { return std::isfinite(v); };
+    return IsFinite(light.transform) &&
+           std::all_of(std::begin(light.color), std::end(light.color), finite) &&
+           std::all_of(std::begin(light.position), std::end(light.position), finite);
+}
+
+/// Nothing can be drawn through a camera that is nowhere, or that has no zoom. A wrong picture
+/// would be the only other answer.
+PF_Err CheckScene(const camData& camera)
+{
+    const auto lightsEnd = camera.lights.begin() + camera.numLights;
+    const bool usable = IsFinite(camera.cameraMatrix) && std::isfinite(camera.zoom) &&
+                        camera.zoom > 0.0f && std::isfinite(camera.focusDistance) &&
+                        std::isfinite(camera.aperture) && std::isfinite(camera.blurLevel) &&
+                        std::all_of(camera.lights.begin(), lightsEnd,
+                                    [](const lightData& light) { return IsFinite(light); });
+    return usable ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+}
+
 /// A failure skips what would be asked of the host after it, not what is computed.
 PF_Err ReadScene(PF_InData& in_data, bool composition3D, camData& camera, A_long layerTime)
 {
@@ -260,7 +295,9 @@ PF_Err ReadScene(PF_InData& in_data, bool composition3D, camData& camera, A_long
     }
     camera.cameraInverse = invertMatrix4(camera.cameraMatrix);
 
-    return steps.then([&] { return ReadLights(scene, camera); }).code();
+    return steps.then([&] { return ReadLights(scene, camera); })
+        .then([&] { return composition3D ? CheckScene(camera) : PF_Err{PF_Err_NONE}; })
+        .code();
 }
 
 }  // namespace

@@ -19,7 +19,8 @@ float ToFloat(A_u_short channel)
 
 A_u_short To16(float channel)
 {
-    return static_cast<A_u_short>(static_cast<A_long>(channel * 32768.0f));
+    const float above = channel > 0.0f ? channel : 0.0f;  // a NaN has no integer
+    return static_cast<A_u_short>(static_cast<A_long>(above * 32768.0f));
 }
 
 /// channel * alpha / 255 to the nearest, exact for all bytes.

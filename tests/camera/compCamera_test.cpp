@@ -111,6 +111,27 @@ TEST(CompCamera, ACameraLayerGivesMatrixZoomAndDepthOfField)
     }
 }
 
+TEST(CompCamera, AZoomThatSwingsBelowZeroFailsIn3DOnly)
+{
+    // The handles pull f to 2.375 half way: 700 + (10 - 700) * 2.375 is far below zero.
+    InstanceRig rig(instanceScene{
+        .layersAbove =
+            R"({"ty": 13, "ip": 0, "op": 50, "ks": {"p": {"k": [0, 0, -700]}}, "pe": {"k": [)"
+            R"({"t": 0, "s": [700], "o": {"x": [0.5], "y": [3]}, "i": {"x": [0.5], "y": [3]}}, {"t": 20, "s": [10]}]}},)"}
+                        .json());
+    const auto read = [&](bool composition3D, double t) {
+        PF_Err err = PF_Err_NONE;
+        rig.With(rig.At(t, 1), [&](PF_InData& in_data) {
+            camData camera = MakeCamData(1);
+            err = CompCamera(&in_data, composition3D, &camera);
+        });
+        return err;
+    };
+    EXPECT_EQ(read(k3D, 0), PF_Err_NONE);
+    EXPECT_EQ(read(k3D, 10), PF_Err_BAD_CALLBACK_PARAM);
+    EXPECT_EQ(read(k2D, 10), PF_Err_NONE);
+}
+
 TEST(CompCameraT, ReadsAtTheGivenLayerTime)
 {
     // x runs from 0 to 500 in 50 frames; the effect's layer starts at frame 2.
