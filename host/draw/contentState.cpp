@@ -4,9 +4,9 @@
 #include <atomic>
 
 #include "animation/evaluate.h"
-#include "draw/digest.h"
 #include "draw/drawOrder.h"
 #include "draw/maskCoverage.h"
+#include "image/digest.h"
 
 namespace orv {
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "image/digest.h"
 #include "plugin/pluginHost.h"
 
 namespace orv {
@@ -33,25 +34,25 @@ int AtDivisor(int fullSize, int divisor)
     return (fullSize + divisor - 1) / divisor;
 }
 
-digest16 LayerState(const effectFrame& frame, const layer& of, double t)
+stateBytes LayerState(const effectFrame& frame, const layer& of, double t)
 {
-    StateDigest digest;
-    digest.Add(frame.shown.comp).Add(of.index);
-    digest.Add(frame.quality.divisorX).Add(frame.quality.divisorY).Add(frame.quality.depth);
-    if (frame.images != nullptr) digest.Add(frame.images->OwnPixelsState(frame.shown, of, t));
-    return digest.Bytes();
+    Digest digest;
+    digest.add(reinterpret_cast<std::uintptr_t>(frame.shown.comp)).add(of.index);
+    digest.add(frame.quality.divisorX).add(frame.quality.divisorY).add(frame.quality.depth);
+    if (frame.images != nullptr) digest.add(frame.images->OwnPixelsState(frame.shown, of, t));
+    return digest.bytes();
 }
 
 bool LayerWorlds::Knows(const effectFrame& frame, const layer& of, double t) const
 {
-    const digest16 state = LayerState(frame, of, t);
+    const stateBytes state = LayerState(frame, of, t);
     return std::ranges::any_of(kept_, [&](const auto& each) { return each->state == state; });
 }
 
 sharedLayerWorld LayerWorlds::Get(WorldStore& store, const effectFrame& frame, const layer& of,
                                   double t)
 {
-    const digest16 state = LayerState(frame, of, t);
+    const stateBytes state = LayerState(frame, of, t);
     const auto known = std::ranges::find_if(
         kept_, [&](const sharedLayerWorld& each) { return each->state == state; });
     if (known != kept_.end()) {

@@ -1,22 +1,25 @@
 // layerWorlds.h: the own pixels of layers, as worlds for layer parameters.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "plugin/layerImages.h"
-#include "plugin/stateDigest.h"
 #include "plugin/worlds.h"
 
 namespace orv {
 
 struct effectFrame;
 
+/// Equal bytes mean equal pixels.
+using stateBytes = std::array<std::uint8_t, 16>;
+
 /// A layer's own pixels. Effects must not write into it.
 struct layerWorld {
     ownedWorld pixels;
-    digest16 state{};
+    stateBytes state{};
     std::uint64_t checksum = 0;
 };
 using sharedLayerWorld = std::shared_ptr<const layerWorld>;
@@ -37,7 +40,7 @@ private:
 };
 
 /// Digest of which layer it is and of all that its own pixels depend on at `t`.
-digest16 LayerState(const effectFrame& frame, const layer& of, double t);
+stateBytes LayerState(const effectFrame& frame, const layer& of, double t);
 
 /// Sides of a world at a preview divisor.
 int AtDivisor(int fullSize, int divisor);

@@ -1,9 +1,9 @@
 // States of parameters and their controls.
 #include <cstring>
 
+#include "image/digest.h"
 #include "plugin/gatedCall.h"
 #include "plugin/requests.h"
-#include "plugin/stateDigest.h"
 #include "plugin/suites.h"
 
 namespace orv {
@@ -28,27 +28,29 @@ PF_Err UpdateParamUI(HostSession& session, PF_ProgPtr effect_ref, PF_ParamIndex 
 }
 
 /// Everything that the parameter's value depends on at `t`.
-digest16 StateAt(HostSession& session, PF_ParamIndex index, double t)
+stateBytes StateAt(HostSession& session, PF_ParamIndex index, double t)
 {
     const commandContext& command = *session.command;
     const effectFrame& frame = *command.frame;
-    StateDigest digest;
+    Digest digest;
     if (index == 0) {
         if (frame.images != nullptr) {
-            digest.Add(frame.images->InputState(frame.shown, *frame.owner, frame.effectIndex, t));
+            digest.add(frame.images->InputState(frame.shown, *frame.owner, frame.effectIndex, t));
         }
-        return digest.Add(frame.shown.comp).Add(frame.owner->index).Bytes();
+        return digest.add(reinterpret_cast<std::uintptr_t>(frame.shown.comp))
+            .add(frame.owner->index)
+            .bytes();
     }
     const paramDeclaration& declared = session.params.declaration(index);
     if (declared.kind == paramKind::layer) {
         const int named = NamedLayer(command.params, declared, t);
-        digest.Add(named);
-        if (named < 0) return digest.Bytes();
+        digest.add(named);
+        if (named < 0) return digest.bytes();
         const layer& of = frame.shown.comp->layers[static_cast<std::size_t>(named)];
-        return digest.Add(LayerState(frame, of, t)).Bytes();
+        return digest.add(LayerState(frame, of, t)).bytes();
     }
-    for (const double value : ValueAt(command.params, declared, t)) digest.Add(value);
-    return digest.Bytes();
+    for (const double value : ValueAt(command.params, declared, t)) digest.add(value);
+    return digest.bytes();
 }
 
 PF_Err GetCurrentState(HostSession& session, PF_ProgPtr effect_ref, PF_ParamIndex index,
@@ -60,14 +62,14 @@ PF_Err GetCurrentState(HostSession& session, PF_ProgPtr effect_ref, PF_ParamInde
     const CommandClock& clock = *session.command->clock;
     if (start != nullptr && start->scale == 0) return PF_Err_BAD_CALLBACK_PARAM;
     const double t = start != nullptr ? clock.OfLayerTime(start->value, start->scale) : clock.t();
-    StateDigest digest;
-    digest.Add(StateAt(session, index, t));
+    Digest digest;
+    digest.add(StateAt(session, index, t));
     if (duration != nullptr && duration->value != 0) {
         // Nothing is known about a span of time, so its state is like no other.
         static std::uint64_t spans = 0;
-        digest.Add(++spans);
+        digest.add(++spans);
     }
-    const digest16 bytes = digest.Bytes();
+    const stateBytes bytes = digest.bytes();
     std::memcpy(state->bytes, bytes.data(), sizeof state->bytes);
     return PF_Err_NONE;
 }
