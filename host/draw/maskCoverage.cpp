@@ -77,7 +77,8 @@ void MultiplyAlpha(const std::vector<float>& share, std::size_t begin, std::size
 {
     for (std::size_t i = begin; i < end; ++i) {
         Channel& alpha = pixels[4 * i];
-        alpha = static_cast<Channel>(static_cast<float>(alpha) * share[i] + 0.5F);
+        const float nearest = static_cast<float>(alpha) * share[i] + 0.5F;
+        alpha = static_cast<Channel>(nearest);
     }
 }
 

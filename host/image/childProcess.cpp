@@ -65,6 +65,7 @@ public:
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments)
 {
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (const std::string& each : arguments) argv.push_back(const_cast<char*>(each.c_str()));
     argv.push_back(nullptr);
 

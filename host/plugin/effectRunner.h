@@ -10,7 +10,10 @@ namespace orv {
 /// masks and earlier effects. Throws failure(frame) when the effect fails.
 class EffectRunner {
 public:
+    EffectRunner() = default;
     virtual ~EffectRunner() = default;
+    EffectRunner(const EffectRunner&) = delete;
+    EffectRunner& operator=(const EffectRunner&) = delete;
     virtual image Run(const shownComposition& shown, const layer& owner, int effectIndex, double t,
                       const renderQuality& quality, LayerImages& images, const image& input) = 0;
 };

@@ -24,7 +24,10 @@ struct renderQuality {
 
 class LayerImages {
 public:
+    LayerImages() = default;
     virtual ~LayerImages() = default;
+    LayerImages(const LayerImages&) = delete;
+    LayerImages& operator=(const LayerImages&) = delete;
     /// The layer's own pixels (no masks, effects, opacity, transform) at composition time `t`, at
     /// the rendering's resolution and depth; transparent outside its time or when it has none. The
     /// reference holds until the next call or the end of the frame.

@@ -21,7 +21,7 @@ std::string Setting(const char* name)
 std::string Write(const image& picture, const std::string& folder, const std::string& file)
 {
     std::filesystem::create_directories(folder);
-    const std::string path = folder + "/" + file;
+    std::string path = folder + "/" + file;
     WritePng(picture, path);
     return path;
 }
