@@ -42,6 +42,10 @@ void ReadFrames(const JsonNode& root, project& scene)
     }
     scene.firstFrame = FrameFrom(ip);
     scene.endFrame = FrameFrom(op.number());
+    if (scene.endFrame <= scene.firstFrame) {
+        op.fail(fmt::format("no frame lies between ip {} and op {}", NumberText(ip),
+                            NumberText(op.number())));
+    }
     if (scene.endFrame - scene.firstFrame > kMostFrames) {
         op.fail(fmt::format("{} frames, the limit is {}", scene.endFrame - scene.firstFrame,
                             kMostFrames));

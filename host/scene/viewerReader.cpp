@@ -24,9 +24,9 @@ constexpr std::array kLightTypes{
 
 void RequireAboveZero(std::vector<double>& value, const JsonNode& place)
 {
-    if (value.empty() || value.front() <= 0.0) {
-        place.fail(fmt::format("the zoom must be above 0, found {}", Described(place.value())));
-    }
+    if (!value.empty() && value.front() > 0.0) return;
+    place.fail(fmt::format("the zoom must be above 0, found {}",
+                           value.empty() ? "none" : NumberText(value.front())));
 }
 
 /// Brings each component into low..high, with a warning.

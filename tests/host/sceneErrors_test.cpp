@@ -76,7 +76,9 @@ INSTANTIATE_TEST_SUITE_P(
         brokenScene{"Frames", R"({"fr":25,"ip":-1,"op":1000000,"w":1,"h":1,"layers":[]})",
                     "scene.json: op: 1000001 frames, the limit is 1000000"},
         brokenScene{"EndBeforeStart", R"({"fr":25,"ip":5,"op":5,"w":1,"h":1,"layers":[]})",
-                    "scene.json: op: 5 is not after ip, which is 5"}),
+                    "scene.json: op: 5 is not after ip, which is 5"},
+        brokenScene{"NoWholeFrame", R"({"fr":25,"ip":0.2,"op":0.8,"w":1,"h":1,"layers":[]})",
+                    "scene.json: op: no frame lies between ip 0.2 and op 0.8"}),
     NameOf);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -108,7 +110,9 @@ INSTANTIATE_TEST_SUITE_P(
         brokenScene{
             "Zoom",
             Scene(R"({"ty":13,"ip":0,"op":1,"pe":{"k":[{"t":0,"s":[9]},{"t":1,"s":[0]}]}})"),
-            "scene.json: layers[0].pe.k[1].s: the zoom must be above 0, found a list"},
+            "scene.json: layers[0].pe.k[1].s: the zoom must be above 0, found 0"},
+        brokenScene{"NoZoom", Scene(R"({"ty":13,"ip":0,"op":1,"pe":{"k":[]}})"),
+                    "scene.json: layers[0].pe.k: the zoom must be above 0, found none"},
         brokenScene{"LightType", Scene(R"({"ty":14,"ip":0,"op":1,"kal":{"light":{"type":"sun"}}})"),
                     "scene.json: layers[0].kal.light.type: \"sun\" is no light type, expected "
                     "parallel, spot, point or ambient"},
