@@ -22,13 +22,19 @@ PF_ProgPtr ModuleRef()
     return ref;
 }
 
+/// Shape and text layers are as large as the layer that shows their composition.
+bool HasOwnSize(const layer& l)
+{
+    return l.type != layerType::empty && l.width > 0 && l.height > 0;
+}
+
 int FullWidth(const effectFrame& frame)
 {
-    return frame.owner->width > 0 ? frame.owner->width : frame.shown.width;
+    return HasOwnSize(*frame.owner) ? frame.owner->width : frame.shown.width;
 }
 int FullHeight(const effectFrame& frame)
 {
-    return frame.owner->height > 0 ? frame.owner->height : frame.shown.height;
+    return HasOwnSize(*frame.owner) ? frame.owner->height : frame.shown.height;
 }
 
 void CheckSize(const effectFrame& frame, const image& input)

@@ -272,6 +272,26 @@ TEST(LayerParameters, ALayerWithoutPixelsIsTransparentInTheCompositionsSize)
     });
 }
 
+TEST(Sizes, AShapeLayerIsAsLargeAsItsCompositionIsShown)
+{
+    Stage stage;
+    layer& shape = stage.scene.compositions[0].layers[0];
+    shape.type = layerType::empty;
+    shape.width = 320;
+    shape.height = 180;
+    effectFrame frame = stage.Frame(10, kReduced);
+    frame.shown.width = 90;
+    frame.shown.height = 31;
+    const image input(45, 11, 8);
+    stage.host->WithFrame(frame, input, [](PF_InData& in_data, PF_OutData&, PF_ParamDef* params[]) {
+        EXPECT_EQ(in_data.width, 90);
+        EXPECT_EQ(in_data.height, 31);
+        EXPECT_EQ(in_data.extent_hint.right, 45);
+        EXPECT_EQ(in_data.extent_hint.bottom, 11);
+        EXPECT_EQ(params[kPlace]->u.point3d_d.x_value, 0.5 * 90 / 2);
+    });
+}
+
 TEST(LayerParameters, AStillSourceIsDrawnOnce)
 {
     Stage stage;
