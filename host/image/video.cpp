@@ -227,10 +227,13 @@ struct VideoWriter::state {
         ended = true;
         return encoder->Finish();
     }
+    /// What a failed encoder leaves need not play.
+    void Discard() { ::unlink(partial.c_str()); }
     /// Throws what ffmpeg had to say at its end.
     [[noreturn]] void RefuseEncoder(const char* what, int code)
     {
         const std::string said = LastLine(encoder->Errors());
+        Discard();
         Refuse(file,
                fmt::format("{} (exit code {}){}{}", what, code, said.empty() ? "" : ": ", said));
     }
@@ -238,7 +241,7 @@ struct VideoWriter::state {
     void EndQuietly()
     {
         if (!ended) (void)EndEncoder();
-        if (added == 0) ::unlink(partial.c_str());
+        if (added == 0) Discard();
     }
 };
 
@@ -307,6 +310,7 @@ void VideoWriter::Finish()
     if (code != 0) s.RefuseEncoder("ffmpeg failed", code);
     const long encoded = FramesReported(s.encoder->Output());
     if (encoded != s.added) {
+        s.Discard();
         Refuse(s.file, fmt::format("ffmpeg wrote {} frames of {}", encoded, s.added));
     }
     if (std::rename(s.partial.c_str(), s.file.c_str()) != 0) Refuse(s.file, std::strerror(errno));
