@@ -11,6 +11,8 @@
 
 #include "host_api.h"
 
+#include "Util/pluginID.h"
+
 /// A parameter's value at a time, in units of in_data.time_scale.
 class CheckedOutParam {
 public:
@@ -267,4 +269,91 @@ private:
     const PF_HandleSuite2& handles_;
     PF_Handle handle_;
     void* memory_;
+};
+
+/// The effect instance as the project side of the host knows it.
+class EffectRef {
+public:
+    EffectRef(PF_InData& in_data, const AEGP_PFInterfaceSuite1& effects,
+              const AEGP_EffectSuite3& disposal)
+        : disposal_(disposal),
+          error_(effects.AEGP_GetNewEffectForEffect(pluginID, in_data.effect_ref, &effect_))
+    {
+    }
+    ~EffectRef() { (void)close(); }
+    EffectRef(const EffectRef&) = delete;
+    EffectRef& operator=(const EffectRef&) = delete;
+
+    [[nodiscard]] PF_Err error() const noexcept { return error_; }
+    /// Null when the host gave none.
+    [[nodiscard]] AEGP_EffectRefH get() const noexcept { return effect_; }
+
+    PF_Err close() noexcept
+    {
+        AEGP_EffectRefH effect = std::exchange(effect_, nullptr);
+        return effect != nullptr ? disposal_.AEGP_DisposeEffect(effect) : PF_Err_NONE;
+    }
+
+private:
+    const AEGP_EffectSuite3& disposal_;
+    AEGP_EffectRefH effect_ = nullptr;
+    PF_Err error_;
+};
+
+/// A parameter of an effect over time.
+class EffectStream {
+public:
+    EffectStream(const AEGP_StreamSuite9& streams, AEGP_EffectRefH effect, PF_ParamIndex index)
+        : streams_(streams),
+          error_(streams.AEGP_GetNewEffectStreamByIndex(pluginID, effect, index, &stream_))
+    {
+    }
+    ~EffectStream() { (void)close(); }
+    EffectStream(const EffectStream&) = delete;
+    EffectStream& operator=(const EffectStream&) = delete;
+
+    [[nodiscard]] PF_Err error() const noexcept { return error_; }
+    [[nodiscard]] AEGP_StreamRefH get() const noexcept { return stream_; }
+
+    PF_Err close() noexcept
+    {
+        AEGP_StreamRefH stream = std::exchange(stream_, nullptr);
+        return stream != nullptr ? streams_.AEGP_DisposeStream(stream) : PF_Err_NONE;
+    }
+
+private:
+    const AEGP_StreamSuite9& streams_;
+    AEGP_StreamRefH stream_ = nullptr;
+    PF_Err error_;
+};
+
+/// What a stream says at a layer time, after expressions. Declare it after the EffectStream, so
+/// that it goes first.
+class StreamValue {
+public:
+    StreamValue(const AEGP_StreamSuite9& streams, AEGP_StreamRefH stream, const A_Time& layerTime)
+        : streams_(streams),
+          error_(streams.AEGP_GetNewStreamValue(pluginID, stream, AEGP_LTimeMode_LayerTime,
+                                                &layerTime, /*pre_expressionB=*/0, &value_)),
+          open_(error_ == PF_Err_NONE)
+    {
+    }
+    ~StreamValue() { (void)close(); }
+    StreamValue(const StreamValue&) = delete;
+    StreamValue& operator=(const StreamValue&) = delete;
+
+    [[nodiscard]] PF_Err error() const noexcept { return error_; }
+    [[nodiscard]] const AEGP_StreamVal2& value() const noexcept { return value_.val; }
+
+    PF_Err close() noexcept
+    {
+        return std::exchange(open_, false) ? streams_.AEGP_DisposeStreamValue(&value_)
+                                           : PF_Err_NONE;
+    }
+
+private:
+    const AEGP_StreamSuite9& streams_;
+    AEGP_StreamValue2 value_{};
+    PF_Err error_;
+    bool open_;
 };

@@ -9,6 +9,7 @@
 #include "geometry/paramIndex.h"
 #include "gl/GL_base.h"
 #include "gl/render.h"
+#include "gl/renderMB.h"
 
 using namespace AESDK_OpenGL;
 
@@ -35,12 +36,10 @@ PF_Err RenderPlain(const commandCall& call)
     return Render(&call.in_data, &call.out_data, call.params, call.output);
 }
 
-/// The motion-blur renderer's place. A frame that asks for it is refused, not drawn without blur.
-PF_Err RenderBlurred(const commandCall& call)
+PF_Err RenderBlurred(const commandCall& call, const motionBlurState& blur)
 {
-    return FailWithMessage(call.in_data, call.out_data,
-                           "Motion blur is not available yet: switch it off for this layer or "
-                           "composition.");
+    return RenderMB(&call.in_data, &call.out_data, call.params, call.output, blur.samples,
+                    ShutterFrames(blur));
 }
 
 PF_Err RenderByState(const commandCall& call)
@@ -48,7 +47,7 @@ try {
     motionBlurState blur;
     // An answer that the host does not give counts as no blur.
     (void)QueryMotionBlur(call.in_data, blur);
-    return BlursFrames(blur) ? RenderBlurred(call) : RenderPlain(call);
+    return BlursFrames(blur) ? RenderBlurred(call, blur) : RenderPlain(call);
 } catch (const std::bad_alloc&) {
     return PF_Err_OUT_OF_MEMORY;
 }

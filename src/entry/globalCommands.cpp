@@ -5,18 +5,16 @@
 #include "Util/AEGP_SuiteHandler.h"
 #include "Util/firstError.h"
 #include "Util/guards.h"
+#include "Util/pluginID.h"
 #include "Util/returnMessage.h"
 #include "Util/utf16.h"
 #include "entry/KAL_Orv_Strings.h"
 #include "entry/commands.h"
-#include "entry/pluginID.h"
 #include "entry/records.h"
 #include "entry/shaderPath.h"
 #include "gl/GL_base.h"
 
 using namespace AESDK_OpenGL;
-
-AEGP_PluginID pluginID = 0;
 
 namespace {
 

@@ -30,6 +30,8 @@ struct paramSnapshot {
     }
     [[nodiscard]] int popup(PF_ParamIndex index) const { return static_cast<int>((*this)[index]); }
     [[nodiscard]] bool on(PF_ParamIndex index) const { return (*this)[index] != 0.0f; }
+    /// "Camera mode" is "3D (composition)".
+    [[nodiscard]] bool composition3D() const { return popup(kCameraMode) == kCamera3D; }
     /// A percent parameter as a fraction of 1.
     [[nodiscard]] double fraction(PF_ParamIndex index) const
     {

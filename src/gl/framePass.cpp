@@ -13,22 +13,10 @@ using namespace AESDK_OpenGL;
 
 namespace {
 
-/// Copies the view, or as much of it as the target has.
-AESDK_OpenGL_Err CopyView(const frameSettings& settings, GLint internalFormat, TargetCopy& copy)
-{
-    return copy.Take(std::min(settings.viewWidth, settings.targetEdge),
-                     std::min(settings.viewHeight, settings.targetEdge), internalFormat);
-}
-
 /// Steps between passes keep the project's depth.
 GLint ProjectFormat(const frameSettings& settings)
 {
     return settings.deep() ? GL_RGBA32F_ARB : GL_RGBA8;
-}
-
-void ClearFrame(const frameSettings& settings)
-{
-    AESDK_OpenGL_ClearBoundTarget(settings.frameWidth, settings.frameHeight);
 }
 
 /// The image to work on. The blurred picture replaces the sharp one, which would show through.
@@ -42,7 +30,44 @@ void TakeImage(const frameSettings& settings, passKind pass, TargetCopy& image)
     }
 }
 
+/// Draws the view's rectangle with its pixels as texture points, as the triangles of one cell.
+void DrawFrameQuad(const viewSize& size)
+{
+    const double corners[4][2] = {{0, 0}, {0, 1}, {1, 1}, {1, 0}};
+    glBegin(GL_TRIANGLES);
+    for (const unsigned corner : {0U, 1U, 2U, 0U, 2U, 3U}) {
+        const auto& [x, y] = corners[corner];
+        glTexCoord2d(x * size.VW, y * size.VH);
+        glVertex2d(x * size.W, y * size.H);
+    }
+    glEnd();
+}
+
 }  // namespace
+
+AESDK_OpenGL_Err CopyView(const frameSettings& settings, GLint internalFormat, TargetCopy& copy)
+{
+    return copy.Take(std::min(settings.viewWidth, settings.targetEdge),
+                     std::min(settings.viewHeight, settings.targetEdge), internalFormat);
+}
+
+void ClearFrame(const frameSettings& settings)
+{
+    AESDK_OpenGL_ClearBoundTarget(settings.frameWidth, settings.frameHeight);
+}
+
+void DrawSmoothed(const frameScene& scene, const TargetCopy& image, const smoothing& how)
+{
+    Require(AESDK_OpenGL_BindTextureToTarget(S_EffectCommonData, image.name(), "videoTexture", 0));
+    // Gain, depth of field, resolution factor; `DOF` stays as the mesh had it.
+    SendUniform("dataFromAE", {how.gain, 0.0f, how.blurred ? 1.0f : 0.0f, 3.0f});
+
+    SetView2D(scene.settings.view(), scene.eyeDistance);
+    glEnable(GL_BLEND);
+    glBlendFunc(how.sourceFactor, how.targetFactor);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    DrawFrameQuad(scene.settings.view());
+}
 
 AESDK_OpenGL_Err BeginPass(const frameScene& scene, passKind pass, TargetCopy& encoding)
 try {
@@ -60,33 +85,12 @@ try {
 
 AESDK_OpenGL_Err RunPostPass(const frameScene& scene, passKind pass)
 try {
-    const viewSize size = scene.settings.view();
     TargetCopy image;
     TakeImage(scene.settings, pass, image);
-    Require(AESDK_OpenGL_BindTextureToTarget(S_EffectCommonData, image.name(), "videoTexture", 0));
-    // Gain 1, depth of field, resolution factor; `DOF` stays as the mesh had it.
-    SendUniform("dataFromAE", {1.0f, 0.0f, pass == passKind::blurred ? 1.0f : 0.0f, 3.0f});
-
-    SetView2D(size, scene.eyeDistance);
-    glEnable(GL_BLEND);
-    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-    DrawFrameQuad(size);
+    DrawSmoothed(scene, image, {.blurred = pass == passKind::blurred});
     return Ok;
 } catch (const AESDK_OpenGL_Fault& fault) {
     return fault.code();
-}
-
-void DrawFrameQuad(const viewSize& size)
-{
-    const double corners[4][2] = {{0, 0}, {0, 1}, {1, 1}, {1, 0}};
-    glBegin(GL_TRIANGLES);
-    for (const unsigned corner : {0U, 1U, 2U, 0U, 2U, 3U}) {
-        const auto& [x, y] = corners[corner];
-        glTexCoord2d(x * size.VW, y * size.VH);
-        glVertex2d(x * size.W, y * size.H);
-    }
-    glEnd();
 }
 
 AESDK_OpenGL_Err DrawPass(const frameScene& scene, const frameInstant& instant, passKind pass,

@@ -17,8 +17,23 @@ AESDK_OpenGL::AESDK_OpenGL_Err BeginPass(const frameScene& scene, passKind pass,
 /// pass. The program must be in use.
 AESDK_OpenGL::AESDK_OpenGL_Err RunPostPass(const frameScene& scene, passKind pass);
 
-/// Draws the view's rectangle with its pixels as texture points, as the triangles of one cell.
-void DrawFrameQuad(const viewSize& size);
+/// Copies the view, or as much of it as the bound target has.
+AESDK_OpenGL::AESDK_OpenGL_Err CopyView(const frameSettings& settings, GLint internalFormat,
+                                        TargetCopy& copy);
+
+/// Empties what a frame touches of the bound target.
+void ClearFrame(const frameSettings& settings);
+
+/// How a smoothed image meets the one beneath it.
+struct smoothing {
+    float gain = 1.0f;     ///< factor of all four channels
+    bool blurred = false;  ///< depth of field by the blur texture and `DOF`
+    GLenum sourceFactor = GL_SRC_ALPHA, targetFactor = GL_ONE_MINUS_SRC_ALPHA;
+};
+
+/// Draws `image`, a copy of the view, over the bound target with its edges smoothed. Throws what
+/// the GL layer finds wrong. The program must be in use.
+void DrawSmoothed(const frameScene& scene, const TargetCopy& image, const smoothing& how);
 
 /// Begins, draws and ends one pass over one instant.
 AESDK_OpenGL::AESDK_OpenGL_Err DrawPass(const frameScene& scene, const frameInstant& instant,

@@ -1,10 +1,9 @@
 #include "gl/frameScene.h"
 
-#include <algorithm>
-
-double EyeDistance2D(int denX, float zoom)
+drawList SortedCells(const frameInstant& instant)
 {
-    // Half of the depth range: beyond it the layer's plane itself would be cut away.
-    constexpr double kFarthest = 50000.0;
-    return std::min(std::max(3000.0 / denX, static_cast<double>(zoom)), kFarthest);
+    // Render space mirrors the host's z.
+    const A_FpLong* const position = instant.camera.cameraMatrix.mat[3];
+    const double eye[3] = {position[0], position[1], -position[2]};
+    return BuildDrawList(instant.shape, instant.mesh, eye);
 }

@@ -16,7 +16,8 @@ struct frameScene {
     frameTextures textures;
     textureRoles roles;
     lightSettings lights;
-    double eyeDistance = 0.0;  ///< of the "2D" view
+    double eyeDistance = 0.0;   ///< of the "2D" view
+    bool depthOfField = false;  ///< the frame is drawn in two passes
 };
 
 /// One instant: the frame's own time, or one motion-blur sample.
@@ -25,10 +26,8 @@ struct frameInstant {
     meshSettings mesh;
     frameShape shape;
     camData camera;
-    drawList list;  ///< empty for a flat shape
+    drawList list;  ///< made last; empty for a flat shape
 };
 
-/// Distance of the "2D" view's eye from the layer, full-resolution pixels: the larger of what
-/// 3000 / `denX` and the default camera's `zoom` give, so that lifted parts stay in front of it,
-/// but never so far that the layer itself nears the end of the view's depth range.
-double EyeDistance2D(int denX, float zoom);
+/// The instant's cells as its camera sees them, to be put into `list`.
+drawList SortedCells(const frameInstant& instant);

@@ -55,7 +55,6 @@ PF_Err ReadFrameSettings(const renderHost& host, const paramSnapshot& values,
     ReadLayerChoice(host, settings);
     ReadSizes(host, values, settings);
     settings.contourInset = values.paths.contour != 0;
-    settings.composition3D = values.popup(kCameraMode) == kCamera3D;
     // The effect's own input is always read as it is now.
     const A_long now = host.in_data.current_time;
     settings.sourceTime =

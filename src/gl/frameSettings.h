@@ -18,7 +18,6 @@ struct frameSettings {
     bool ownSource = true;              ///< "Source" names no layer
     bool separateBack = false;          ///< "Back face source" names a layer other than "Source"
     bool contourInset = false;          ///< "Contour mask" is set: images keep a clear border
-    bool composition3D = false;         ///< "Camera mode" is "3D (composition)"
     A_long sourceTime = 0;              ///< layer time at which the source is read
     int renderLevel = 0;
     int targetEdge = 0;  ///< of the level's render targets, pixels

@@ -15,9 +15,9 @@ float Fraction(const paramSnapshot& values, PF_ParamIndex index)
     return static_cast<float>(values.fraction(index));
 }
 
-int LightCount(const frameSettings& settings, const paramSnapshot& values, const camData& camera)
+int LightCount(const paramSnapshot& values, const camData& camera)
 {
-    const bool lit = values.on(kUseLights) && settings.composition3D;
+    const bool lit = values.on(kUseLights) && values.composition3D();
     return lit ? std::clamp(static_cast<int>(camera.numLights), 0, kMaxLights) : 0;
 }
 
@@ -39,7 +39,7 @@ meshUniforms MakeMeshUniforms(const frameSettings& settings, const frameTextures
 {
     const point3& color = values.contourColor;
     return {.dataFromAE = {static_cast<float>(textures.width), static_cast<float>(textures.height),
-                           static_cast<float>(LightCount(settings, values, camera)),
+                           static_cast<float>(LightCount(values, camera)),
                            settings.separateBack ? -2.0f : -1.0f},
             .reveal = {Fraction(values, kRevealStart), Fraction(values, kRevealEnd),
                        values[kRotation], static_cast<float>(1.0 - values.fraction(kLightMetal))},
@@ -51,7 +51,7 @@ meshUniforms MakeMeshUniforms(const frameSettings& settings, const frameTextures
 
 textureRoles ChooseTextureRoles(const frameTextures& textures, const paramSnapshot& values)
 {
-    const bool unlit3D = !values.on(kUseLights) && values.popup(kCameraMode) == kCamera3D;
+    const bool unlit3D = !values.on(kUseLights) && values.composition3D();
     const bool extruded = values[kExtrusion] * values[kExtrusionNumLayers] != 0.0f;
     // A single unlit sheet: the shader then shows `back` on the side that faces the viewer.
     if (unlit3D && !extruded) return {.video = textures.back, .back = textures.source};

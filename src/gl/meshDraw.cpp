@@ -94,7 +94,7 @@ void DrawStrip(const ribbonSamples& samples)
 
 void SetView(const frameScene& scene, const frameInstant& instant)
 {
-    if (scene.settings.composition3D) {
+    if (instant.values.composition3D()) {
         cam3D(scene.settings.view(), scene.lights, instant.camera, instant.list.nearPlane,
               instant.list.farPlane);
     } else {

@@ -131,21 +131,6 @@ INSTANTIATE_TEST_SUITE_P(
                              true}),
     [](const auto& each) { return std::string(each.param.name); });
 
-TEST(RenderFrame, AsksForMotionBlurAreRefusedWithTheReason)
-{
-    InstanceRig rig(instanceScene{.top = kMotionBlur, .onLayer = kBlurredLayer}.json());
-    ASSERT_EQ(rig.Send(PF_Cmd_SEQUENCE_SETUP), PF_Err_NONE);
-    std::string message;
-    EXPECT_EQ(rig.Send(PF_Cmd_RENDER, &message), PF_Err_INTERNAL_STRUCT_DAMAGED);
-    EXPECT_EQ(message,
-              "Motion blur is not available yet: switch it off for this layer or composition.");
-
-    InstanceRig closedShutter(
-        instanceScene{.top = R"("mb": {"sa": 90, "sp": -90}, )", .onLayer = kBlurredLayer}.json());
-    ASSERT_EQ(closedShutter.Send(PF_Cmd_SEQUENCE_SETUP), PF_Err_NONE);
-    EXPECT_EQ(closedShutter.Send(PF_Cmd_RENDER), PF_Err_NONE);
-}
-
 TEST(Commands, GiveEverythingBackWhicheverHostCallFails)
 {
     // Send throws when the command leaves anything checked out.

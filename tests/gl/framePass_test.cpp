@@ -250,7 +250,6 @@ TEST_P(FramePass, DepthOfFieldBlursAwayFromTheFocusDistance)
     UseTexture(4, 4, std::vector<argb>(16, kMixed));
     const float distance = 500.0f;
     instant.values.value[kCameraMode] = kCamera3D;
-    scene.settings.composition3D = true;
     instant.camera = MakeCamData(1);
     instant.camera.cameraMatrix.mat[3][0] = kWidth / 2;
     instant.camera.cameraMatrix.mat[3][1] = kHeight / 2;

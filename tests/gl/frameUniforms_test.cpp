@@ -27,7 +27,6 @@ meshUniforms Make(const paramSnapshot& values, const camData& camera = {},
     frameSettings settings;
     settings.denX = denX;
     settings.separateBack = separateBack;
-    settings.composition3D = values.popup(kCameraMode) == kCamera3D;
     return MakeMeshUniforms(settings, {.ready = true, .width = 640, .height = 480}, values, camera,
                             pass);
 }

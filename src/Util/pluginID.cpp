@@ -1,0 +1,3 @@
+#include "Util/pluginID.h"
+
+AEGP_PluginID pluginID = 0;
