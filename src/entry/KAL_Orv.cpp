@@ -24,6 +24,8 @@ constexpr std::array kCommands{
     commandRow{PF_Cmd_SEQUENCE_SETDOWN, SequenceSetdown, true},
     commandRow{PF_Cmd_FRAME_SETUP, FrameSetup, false},
     commandRow{PF_Cmd_RENDER, RenderFrame, true},
+    commandRow{PF_Cmd_USER_CHANGED_PARAM, UserChangedParam, true},
+    commandRow{PF_Cmd_UPDATE_PARAMS_UI, UpdateParamsUI, false},
     commandRow{PF_Cmd_QUERY_DYNAMIC_FLAGS, QueryDynamicFlags, false},
 };
 

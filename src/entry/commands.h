@@ -31,5 +31,11 @@ PF_Err SequenceSetdown(const commandCall& call);
 PF_Err FrameSetup(const commandCall& call);
 PF_Err RenderFrame(const commandCall& call);
 
+// userChangedParam.cpp
+PF_Err UserChangedParam(const commandCall& call);
+
+// updateParamsUI.cpp
+PF_Err UpdateParamsUI(const commandCall& call);
+
 // dynamicFlags.cpp
 PF_Err QueryDynamicFlags(const commandCall& call);
