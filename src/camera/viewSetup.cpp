@@ -5,14 +5,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-
-#include "camera/matrices.h"
 
 namespace {
 
-constexpr double kHalfAngleToDegrees = 114.591559026164;  // 360 / pi
-constexpr double kViewDepth2D = 100000.0;
 constexpr float kAlphaFloor = 0.004f;
 
 // Slider factors, single-precision numbers that enter products in double precision.
@@ -27,12 +22,6 @@ constexpr float kHighestExponent = 128.0f;
 
 using color4 = std::array<float, 4>;  // blue, green, red, alpha: the order of pixels inside GL
 constexpr color4 kDark{0.0f, 0.0f, 0.0f, 0.0f};
-
-float Distance(double x, double y, double z)
-{
-    return std::hypot(std::hypot(static_cast<float>(x), static_cast<float>(y)),
-                      static_cast<float>(z));
-}
 
 void Set(GLenum light, GLenum name, const color4& value)
 {
@@ -193,45 +182,19 @@ void SetViewport(const viewSize& size)
     glViewport(0, 0, static_cast<GLsizei>(size.VW), static_cast<GLsizei>(size.VH));
 }
 
-void SetProjection(const viewSize& size, float zoom, double zNear, double zFar)
+void SetProjection(const perspectiveLens& lens)
 {
-    const double halfHeight = size.H / size.VH * size.H / (2.0 * static_cast<double>(zoom));
-    const auto fovy = static_cast<float>(std::atan(halfHeight) * kHalfAngleToDegrees);
-    // A mesh that lies in one plane through the near plane's limit still needs some depth.
-    const double farPlane = zFar > zNear ? zFar : zNear + 1.0;
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    gluPerspective(static_cast<double>(fovy), size.W / size.H, zNear, farPlane);
-    SetViewport(size);
+    gluPerspective(lens.fovy, lens.aspect, lens.nearPlane, lens.farPlane);
 }
 
-/// The camera's own y axis in render space, of unit length where it has a length.
-void SetUp(camData& camera)
+void SetCamera(const lookAtView& view)
 {
-    A_Matrix4 mirror = IdentityMatrix4();
-    mirror.mat[2][2] = -1.0;
-    const A_Matrix4 inverse = invertMatrix4(MultiplyMatrix4(camera.cameraMatrix, mirror));
-    for (int axis = 0; axis < 3; ++axis) camera.up[axis] = static_cast<float>(inverse.mat[axis][1]);
-    const float length = std::hypot(std::hypot(camera.up[0], camera.up[1]), camera.up[2]);
-    if (length == 0.0f) return;
-    const double scale = 1.0 / static_cast<double>(length);
-    for (float& each : camera.up) each = static_cast<float>(static_cast<double>(each) * scale);
-}
-
-void SetCamera(const viewSize& size, const camData& camera)
-{
-    const auto& eye = camera.cameraMatrix.mat[3];
-    const auto& direction = camera.cameraMatrix.mat[2];
-    const auto distance =
-        static_cast<double>(Distance(eye[0] - size.W / 2.0, eye[1] - size.H / 2.0, eye[2]));
-    const auto target = [&](int axis) {
-        return static_cast<double>(static_cast<float>(eye[axis] + distance * direction[axis]));
-    };
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
-    gluLookAt(eye[0], eye[1], -eye[2], target(0), target(1), -target(2),
-              static_cast<double>(camera.up[0]), static_cast<double>(camera.up[1]),
-              static_cast<double>(camera.up[2]));
+    gluLookAt(view.eye[0], view.eye[1], view.eye[2], view.target[0], view.target[1], view.target[2],
+              view.up[0], view.up[1], view.up[2]);
 }
 
 }  // namespace
@@ -257,9 +220,10 @@ int UsableLights(const camData& camera)
 void cam3D(const viewSize& size, const lightSettings& lights, camData camera, double zNear,
            double zFar)
 {
-    SetProjection(size, camera.zoom, zNear, zFar);
-    SetUp(camera);
-    SetCamera(size, camera);
+    SetProjection(MakeLens(size, camera.zoom, zNear, zFar));
+    SetViewport(size);
+    SetUpVector(camera);
+    SetCamera(CameraLookAt(size, camera));
     SetLights(camera, lights);
     glEnable(GL_ALPHA_TEST);
     glAlphaFunc(GL_GREATER, kAlphaFloor);
@@ -272,12 +236,9 @@ void SetView2D(const viewSize& size, double eyeDistance)
 {
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    glOrtho(-size.W / 2.0, size.W / 2.0, -size.H / 2.0, size.H / 2.0, 1.0, kViewDepth2D);
+    glOrtho(-size.W / 2.0, size.W / 2.0, -size.H / 2.0, size.H / 2.0, kViewNear2D, kViewDepth2D);
     SetViewport(size);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    gluLookAt(size.W / 2.0, size.H / 2.0, eyeDistance, size.W / 2.0, size.H / 2.0, 0.0, 0.0, 1.0,
-              0.0);
+    SetCamera(FrontLookAt(size, eyeDistance));
     glDisable(GL_LIGHTING);
     glDisable(GL_ALPHA_TEST);
     glDisable(GL_DEPTH_TEST);

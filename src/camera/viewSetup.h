@@ -4,12 +4,8 @@
 #pragma once
 
 #include "camera/camData.h"
+#include "camera/viewMatrices.h"
 #include "geometry/paramSnapshot.h"
-
-struct viewSize {
-    double W = 0.0, H = 0.0;    ///< layer, full resolution
-    double VW = 0.0, VH = 0.0;  ///< viewport, pixels at the preview resolution
-};
 
 /// The "Light ..." sliders as shown, 0..100.
 struct lightSettings {

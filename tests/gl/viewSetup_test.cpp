@@ -4,6 +4,8 @@
 #include <GL/glu.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -24,6 +26,18 @@ vec ToWindow(const vec& point)
     gluProject(point[0], point[1], point[2], model.data(), projection.data(), viewport.data(),
                &window[0], &window[1], &window[2]);
     return window;
+}
+
+/// GL keeps its matrices in float.
+void ExpectGlMatrix(GLenum which, const A_Matrix4& expected)
+{
+    std::array<double, 16> actual{};
+    glGetDoublev(which, actual.data());
+    for (std::size_t i = 0; i < 16; ++i) {
+        const double value = expected.mat[i / 4][i % 4];
+        EXPECT_NEAR(actual[i], value, 1e-6 * std::max(1.0, std::abs(value)) + 1e-6)
+            << "entry " << i;
+    }
 }
 
 camData Camera(const std::array<vec, 4>& rows, float zoom)
@@ -63,6 +77,18 @@ TEST_P(CameraView, ShowsAPointWhereItsAxesSay)
         EXPECT_NEAR(window[0], (200.0 + 60) / den, 1e-3);
         EXPECT_NEAR(window[1], (150.0 + 40) / den, 1e-3);
     }
+}
+TEST_P(CameraView, IsWhatTheFormulasSay)
+{
+    const viewSize size{400, 300, 200, 150};
+    camData camera = Camera(GetParam().rows, 1000.0f);
+    cam3D(size, {}, camera, 120, 4000);
+    SetUpVector(camera);
+    ExpectGlMatrix(GL_PROJECTION_MATRIX, ProjectionMatrix(MakeLens(size, camera.zoom, 120, 4000)));
+    ExpectGlMatrix(GL_MODELVIEW_MATRIX, ViewMatrix(CameraLookAt(size, camera)));
+    SetView2D(size, 3000);
+    ExpectGlMatrix(GL_PROJECTION_MATRIX, ProjectionMatrix2D(size));
+    ExpectGlMatrix(GL_MODELVIEW_MATRIX, ViewMatrix(FrontLookAt(size, 3000)));
 }
 INSTANTIATE_TEST_SUITE_P(
     Cameras, CameraView,
