@@ -10,20 +10,23 @@
 
 namespace {
 
-/// Nothing of a layer without pixels is usable.
-cropRect UsableCrop(const PF_LayerDef& image, const paramSnapshot& values)
+/// Takes the source's size and crop from its image; nothing of one without pixels is usable.
+void TakeSource(const PF_LayerDef& image, const paramSnapshot& values, frameMesh& mesh)
 {
-    return image.data != nullptr ? CropLayer(image, values) : cropRect{};
+    if (image.data == nullptr) return;
+    mesh.imageWidth = image.width;
+    mesh.imageHeight = image.height;
+    mesh.crop = CropLayer(image, values);
 }
 
-/// The crop of the layer that "Source" names.
-PF_Err CropChosenSource(PF_InData& in_data, const paramSnapshot& values, cropRect& crop)
+/// The layer that "Source" names.
+PF_Err TakeChosenSource(PF_InData& in_data, const paramSnapshot& values, frameMesh& mesh)
 {
     CheckedOutParam source(in_data, kSource,
                            SourceTime(values, in_data.current_time, in_data.time_step));
     return FirstError{source.error()}
         .then([&] {
-            crop = UsableCrop(source.def().u.ld, values);
+            TakeSource(source.def().u.ld, values, mesh);
             return PF_Err_NONE;
         })
         .always([&] { return source.close(); })
@@ -37,18 +40,18 @@ PF_Err ReadSizes(PF_InData& in_data, PF_ParamDef* const params[], const paramSna
 {
     const PF_LayerDef& input = params[kInputLayer]->u.ld;
     const bool ownLayer = params[kSource]->u.ld.data == nullptr;
-    cropRect crop;
     PF_Err error = PF_Err_NONE;
     if (ownLayer) {
-        crop = UsableCrop(input, values);
+        TakeSource(input, values, mesh);
     } else {
-        error = CropChosenSource(in_data, values, crop);
+        error = TakeChosenSource(in_data, values, mesh);
     }
+    const cropRect& crop = mesh.crop;
     mesh.hasSource = crop.usable;
     mesh.sizes = {.sourceWidth = crop.width,
                   .sourceHeight = crop.height,
-                  .viewWidth = ownLayer ? crop.width : input.width,
-                  .viewHeight = ownLayer ? crop.height : input.height,
+                  .viewWidth = ownLayer && crop.usable ? crop.width : input.width,
+                  .viewHeight = ownLayer && crop.usable ? crop.height : input.height,
                   .denX = static_cast<int>(in_data.downsample_x.den),
                   .denY = static_cast<int>(in_data.downsample_y.den)};
     return error;
@@ -60,13 +63,13 @@ PF_Err BuildFrameMesh(PF_InData& in_data, PF_ParamDef* const params[], frameMesh
                       std::string& reason)
 {
     const paramSnapshot values = ReadParams(in_data, params);
-    const bool composition3D = values.popup(kCameraMode) == kCamera3D;
     mesh = {};
+    mesh.composition3D = values.composition3D();
     mesh.camera = MakeCamData(static_cast<int>(in_data.downsample_x.den));
     meshSettings settings;
     return FirstError{}
         .then([&] { return ReadSizes(in_data, params, values, mesh); })
-        .then([&] { return CompCamera(&in_data, composition3D, &mesh.camera); })
+        .then([&] { return CompCamera(&in_data, mesh.composition3D, &mesh.camera); })
         .then([&] {
             if (!mesh.hasSource) return static_cast<PF_Err>(PF_Err_NONE);
             settings = MakeMeshSettings(values, mesh.sizes);

@@ -8,13 +8,17 @@
 
 #include "camera/camData.h"
 #include "geometry/meshBuilder.h"
+#include "geometry/sourceCrop.h"
 
 struct frameMesh {
     frameSizes sizes;
+    int imageWidth = 0, imageHeight = 0;  ///< source layer before the crop, preview resolution
+    cropRect crop;                        ///< what of it is the source texture
     frameShape shape;
-    drawList cells;
+    drawList cells;  ///< near and far plane of the 3D view are fitted to them
     camData camera;
-    bool hasSource = false;  ///< false: no usable source image; shape and cells are empty
+    bool composition3D = false;  ///< seen through `camera`; else flat, from the front
+    bool hasSource = false;      ///< false: no usable source image; shape and cells are empty
 };
 
 /// Builds what a render command with these records would draw. `params` has kParamCount entries,
