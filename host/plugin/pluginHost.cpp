@@ -51,22 +51,29 @@ struct PluginHost::state {
         return outcome;
     }
 
-    /// RENDER, sent again as long as it wants own pixels that only other effects can draw: they are
-    /// drawn between two tries.
-    image RenderTries(CommandRecords& records, const effectFrame& frame)
+    /// Attempts a command again as long as it wants own pixels that only other effects can draw:
+    /// they are drawn between two tries.
+    void RunTries(CommandRecords& records, const effectFrame& frame,
+                  const std::function<commandOutcome()>& attempt)
     {
         constexpr int kMostTries = 16;  // more instants than a render has layer parameters
         HostSession& session = module.session();
         for (int tries = 0; tries < kMostTries; ++tries) {
             if (tries > 0) records.ClearOutput();
-            const commandOutcome outcome = RunOrFail(PF_Cmd_RENDER, records, frame);
-            if (!outcome.wanted) return ToImage(*records.outputWorld());
+            const commandOutcome outcome = attempt();
+            if (!outcome.wanted) return;
             const auto [of, t] = *outcome.wanted;
             records.context().Hold(session.layerWorlds.Get(session.worlds, frame, *of, t));
         }
         throw failure(failureKind::frame,
                       fmt::format("{} on layer \"{}\": asks for the pixels of too many layers",
                                   module.name(), frame.owner->name));
+    }
+
+    image RenderTries(CommandRecords& records, const effectFrame& frame)
+    {
+        RunTries(records, frame, [&] { return RunOrFail(PF_Cmd_RENDER, records, frame); });
+        return ToImage(*records.outputWorld());
     }
 
     /// FRAME_SETUP, RENDER, FRAME_SETDOWN: the last one even after a failure.
@@ -162,13 +169,16 @@ void PluginHost::WithFrame(
     CommandRecords records(
         state_->module.session(),
         {.instance = &instance, .frame = &frame, .withParams = true, .input = &input});
-    const commandOutcome outcome = state_->module.RunInPlaceOf(
-        PF_Cmd_RENDER, records,
-        [&](PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_LayerDef*) -> PF_Err {
-            use(in, out, params);
-            return PF_Err_NONE;
-        });
-    if (outcome.thrown) std::rethrow_exception(outcome.thrown);
+    state_->RunTries(records, frame, [&] {
+        const commandOutcome outcome = state_->module.RunInPlaceOf(
+            PF_Cmd_RENDER, records,
+            [&](PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_LayerDef*) -> PF_Err {
+                use(in, out, params);
+                return PF_Err_NONE;
+            });
+        if (outcome.thrown && !outcome.wanted) std::rethrow_exception(outcome.thrown);
+        return outcome;
+    });
 }
 
 void PluginHost::Close()

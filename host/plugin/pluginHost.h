@@ -103,7 +103,8 @@ public:
 
     /// Calls `use` with the records of a RENDER of that frame, without sending the command; what
     /// the use leaves checked out is a leak, as after a command. Creates the instance on first use,
-    /// as Render does.
+    /// as Render does. `use` is called again, from its beginning, when a layer's pixels that it
+    /// checked out had to be drawn by other effects first.
     void WithFrame(const effectFrame& frame, const image& input,
                    const std::function<void(PF_InData&, PF_OutData&, PF_ParamDef* params[])>& use);
 
