@@ -19,6 +19,7 @@ constexpr std::array kCommands{
     commandRow{"render", "Render a scene to pictures or a video", SetUpRender},
     commandRow{"params", "List the effect's parameters", SetUpParams},
     commandRow{"inspect", "Show what a scene file holds", SetUpInspect},
+    commandRow{"mesh", "Write the ribbon of a frame for 3D programs", SetUpMesh},
 };
 
 constexpr const char* kExamples =
@@ -28,6 +29,7 @@ constexpr const char* kExamples =
     "  orv render scene.json -o banner.mov --depth 16\n"
     "  orv params\n"
     "  orv inspect scene.json\n"
+    "  orv mesh scene.json --frame 12 -o ribbon.obj\n"
     "'orv COMMAND --help' lists a command's options.\n";
 
 int Report(const std::string& text, int code)

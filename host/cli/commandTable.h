@@ -28,5 +28,6 @@ int RunCommandLine(int argc, char* argv[]);
 std::function<int()> SetUpRender(CLI::App& command);
 std::function<int()> SetUpParams(CLI::App& command);
 std::function<int()> SetUpInspect(CLI::App& command);
+std::function<int()> SetUpMesh(CLI::App& command);
 
 }  // namespace orv

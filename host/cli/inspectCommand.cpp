@@ -7,7 +7,9 @@
 #include <nlohmann/json.hpp>
 
 #include "animation/evaluate.h"
+#include "cli/cameraInspection.h"
 #include "cli/commandTable.h"
+#include "cli/effectProbe.h"
 #include "cli/paramText.h"
 #include "cli/pluginPath.h"
 #include "plugin/pluginHost.h"
@@ -19,8 +21,8 @@ namespace {
 using json = nlohmann::ordered_json;
 
 struct inspectOptions {
-    std::string scene, plugin;
-    bool asJson = false, strict = false, allowOutside = false;
+    probeOptions probe;
+    bool asJson = false, camera = false;
 };
 
 const char* TypeName(layerType type)
@@ -220,9 +222,14 @@ void PrintText(const json& scene)
 
 int Inspect(const inspectOptions& options)
 {
-    PluginHost plugin(PluginPath(options.plugin), {});
+    if (options.camera) {
+        InspectCamera(options.probe, options.asJson);
+        return 0;
+    }
+    const probeOptions& given = options.probe;
+    PluginHost plugin(PluginPath(given.plugin), {});
     const project scene =
-        LoadScene(options.scene, {options.allowOutside, options.strict, {plugin.declaration()}},
+        LoadScene(given.scene, {given.allowOutside, given.strict, {plugin.declaration()}},
                   [](const std::string& text) { fmt::print(stderr, "warning: {}\n", text); });
     const json all = SceneJson(scene, plugin.declaration());
     if (options.asJson)
@@ -238,18 +245,24 @@ int Inspect(const inspectOptions& options)
 std::function<int()> SetUpInspect(CLI::App& command)
 {
     const auto options = std::make_shared<inspectOptions>();
-    command.add_option("SCENE", options->scene, "Scene file")->required();
+    AddSceneOptions(command, options->probe);
     command.add_flag("--json", options->asJson, "Print one JSON object");
-    command.add_flag("--strict", options->strict, "Make each warning about the scene an error");
-    command.add_flag("--allow-outside", options->allowOutside,
-                     "Let the scene name pictures outside its folder");
-    command.add_option("--plugin", options->plugin,
-                       "Effect module; default: KAL_Orv.so beside this program");
+    CLI::Option* const camera = command.add_flag(
+        "--camera", options->camera, "Show the camera and lights that the effect reads instead");
+    for (CLI::Option* each : AddInstanceOptions(command, options->probe)) each->needs(camera);
     command.footer(
         "Shows compositions, layers, masks and effects with the parameters that differ from their\n"
         "defaults; animated values as they are at the scene's first frame.\n"
         "\n"
-        "Examples:\n  orv inspect scene.json\n  orv inspect scene.json --json\n");
+        "--camera shows the camera record of one instance at one frame (world space: x right, y\n"
+        "down, z into the screen, pixels) and the matrices that the effect gives to OpenGL, for "
+        "row\n"
+        "vectors: clip = (x, y, -z, 1) * model-view * projection.\n"
+        "\n"
+        "Examples:\n"
+        "  orv inspect scene.json\n"
+        "  orv inspect scene.json --json\n"
+        "  orv inspect scene.json --camera --frame 12\n");
     return [options] { return Inspect(*options); };
 }
 
