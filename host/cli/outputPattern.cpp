@@ -55,7 +55,8 @@ std::optional<placeholder> FindNumber(const std::string& name, std::size_t from)
 
 outputKind KindOf(const std::string& text, const std::string& name)
 {
-    const std::string extension = std::filesystem::path(name).extension();
+    std::string extension = std::filesystem::path(name).extension();
+    for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     if (extension == ".png") return outputKind::png;
     if (extension == ".exr") return outputKind::exr;
     if (IsVideoFile(name)) return outputKind::video;

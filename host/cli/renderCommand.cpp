@@ -2,6 +2,8 @@
 #include <charconv>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
@@ -43,9 +45,9 @@ constexpr const char* kDetails =
     "  orv render scene.json -o banner.mp4 --set 'Twist at mask end=180' --set Mask@ribbon=1\n"
     "  orv render scene.json --layer ribbon --frames 12 -o ribbon.png\n";
 
-/// The options as written.
+/// The options as written. An empty text was written too, say for a variable that is not set.
 struct rawOptions {
-    std::string output, frames, composition, layer, downsample, motionBlur, exr;
+    std::optional<std::string> output, frames, composition, layer, downsample, motionBlur, exr;
     int depth = 0;
     std::vector<std::string> sets;
     renderOptions render;
@@ -90,16 +92,16 @@ renderOptions ReadOptions(const rawOptions& raw)
 {
     renderOptions options = raw.render;
     options.output =
-        raw.output.empty() ? DefaultOutputPattern(options.scene) : ParseOutputPattern(raw.output);
-    if (!raw.frames.empty()) options.frames = ParseFrameList(raw.frames);
-    if (!raw.composition.empty()) options.composition = raw.composition;
-    if (!raw.layer.empty()) options.layer = raw.layer;
+        raw.output ? ParseOutputPattern(*raw.output) : DefaultOutputPattern(options.scene);
+    if (raw.frames) options.frames = ParseFrameList(*raw.frames);
+    options.composition = raw.composition;
+    options.layer = raw.layer;
     if (raw.depth != 0) options.depth = raw.depth;
-    if (!raw.downsample.empty()) options.downsample = ParseDownsample(raw.downsample);
-    if (!raw.motionBlur.empty()) options.motionBlur = raw.motionBlur == "on";
+    if (raw.downsample) options.downsample = ParseDownsample(*raw.downsample);
+    if (raw.motionBlur) options.motionBlur = raw.motionBlur == "on";
     if (raw.exr == "float") options.exr = exrPixel::full;
     for (const std::string& text : raw.sets) options.sets.push_back(ParseSet(text));
-    CheckTogether(options, !raw.exr.empty());
+    CheckTogether(options, raw.exr.has_value());
     return options;
 }
 
@@ -110,19 +112,23 @@ std::function<int()> SetUpRender(CLI::App& command)
     const auto raw = std::make_shared<rawOptions>();
     renderOptions& render = raw->render;
     command.add_option("SCENE", render.scene, "Scene file")->required();
-    command.add_option("-o,--output", raw->output, "PATTERN; default SCENENAME.####.png");
-    command.add_option("--frames", raw->frames, "Frames; default: all of the scene");
-    command.add_option("--comp", raw->composition, "Id of a composition; default: the main one");
-    command.add_option("--layer", raw->layer,
-                       "Name or ind of a layer: its output alone, at its size, before opacity and "
-                       "transform");
+    const auto addText = [&command](const char* name, std::optional<std::string>& target,
+                                    const char* help) {
+        const auto note = [&target](const std::string& text) { target = text; };
+        return command.add_option_function<std::string>(name, note, help);
+    };
+    addText("-o,--output", raw->output, "PATTERN; default SCENENAME.####.png");
+    addText("--frames", raw->frames, "Frames; default: all of the scene");
+    addText("--comp", raw->composition, "Id of a composition; default: the main one");
+    addText("--layer", raw->layer,
+            "Name or ind of a layer: its output alone, at its size, before opacity and transform");
     command.add_option("--depth", raw->depth, "Bits per channel")->check(CLI::IsMember({8, 16}));
-    command.add_option("--downsample", raw->downsample, "Preview divisor N or NxM, 1 to 8");
+    addText("--downsample", raw->downsample, "Preview divisor N or NxM, 1 to 8");
     command.add_option("--set", raw->sets, "NAME|INDEX[@LAYER]=VALUE, again and again")
         ->allow_extra_args(false);
-    command.add_option("--motion-blur", raw->motionBlur, "Overrides the scene's switch")
+    addText("--motion-blur", raw->motionBlur, "Overrides the scene's switch")
         ->check(CLI::IsMember({"on", "off"}));
-    command.add_option("--exr", raw->exr, "Channels of .exr files; default half")
+    addText("--exr", raw->exr, "Channels of .exr files; default half")
         ->check(CLI::IsMember({"half", "float"}));
     command.add_flag("--strict", render.strict, "Make each warning about the scene an error");
     command.add_flag("--allow-outside", render.allowOutside,

@@ -56,7 +56,7 @@ const composition& ChooseComposition(const project& scene, const std::string& id
 const layer& ChooseLayer(const composition& comp, const std::string& nameOrInd)
 {
     const layer* found = FindByInd(comp, nameOrInd);
-    if (!found) found = FindByName(comp, nameOrInd);
+    if (!found && !nameOrInd.empty()) found = FindByName(comp, nameOrInd);
     if (!found) {
         std::vector<std::string> names;
         for (const layer& each : comp.layers) names.push_back(each.name);

@@ -40,7 +40,8 @@ TEST(OutputPattern, ChoosesTheFormatByExtension)
 {
     EXPECT_EQ(ParseOutputPattern("a.#.png").kind, outputKind::png);
     EXPECT_EQ(ParseOutputPattern("a.#.exr").kind, outputKind::exr);
-    for (const char* video : {"a.mp4", "a.mov", "a.webm", "a.gif"})
+    EXPECT_EQ(ParseOutputPattern("A.#.PNG").kind, outputKind::png);
+    for (const char* video : {"a.mp4", "a.mov", "a.webm", "a.gif", "A.MP4"})
         EXPECT_EQ(ParseOutputPattern(video).kind, outputKind::video) << video;
 }
 

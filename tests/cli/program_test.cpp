@@ -68,6 +68,8 @@ INSTANTIATE_TEST_SUITE_P(
         usageCase{"TwoScenes", {"render", "a.json", "b.json"}, "b.json"},
         usageCase{"UnknownOption", {"render", "a.json", "--fast"}, "--fast"},
         usageCase{"Frames", {"render", "a.json", "--frames", "1-"}, "--frames: '1-'"},
+        usageCase{"EmptyFrames", {"render", "a.json", "--frames", ""}, "--frames: ''"},
+        usageCase{"EmptyOutput", {"render", "a.json", "-o", ""}, "output ''"},
         usageCase{"Extension", {"render", "a.json", "-o", "a.####.bmp"}, "extension"},
         usageCase{"Depth", {"render", "a.json", "--depth", "12"}, "--depth"},
         usageCase{"Divisor", {"render", "a.json", "--downsample", "9"}, "--downsample: '9'"},
@@ -103,6 +105,8 @@ INSTANTIATE_TEST_SUITE_P(
         usageCase{"Layer",
                   {"--layer", "blue"},
                   "--layer: the composition has no layer 'blue'; it has: red"},
+        usageCase{
+            "EmptyLayer", {"--layer", ""}, "--layer: the composition has no layer ''; it has: red"},
         usageCase{"Parameter",
                   {"--set", "Wobble=3"},
                   "--set 'Wobble=3': KAL Orv has no parameter 'Wobble'"},
