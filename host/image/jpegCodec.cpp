@@ -17,7 +17,7 @@ namespace orv {
 
 namespace {
 
-struct jpegSession {
+struct jpegState {
     jpeg_error_mgr errors{};  ///< first: the library hands out its address
     jpeg_progress_mgr progress{};
     jpeg_decompress_struct decoder{};
@@ -25,16 +25,16 @@ struct jpegSession {
     std::array<char, JMSG_LENGTH_MAX> message{};
 };
 
-jpegSession& SessionOf(j_common_ptr common)
+jpegState& StateOf(j_common_ptr common)
 {
-    return *reinterpret_cast<jpegSession*>(common->err);
+    return *reinterpret_cast<jpegState*>(common->err);
 }
 
 void OnError(j_common_ptr common)
 {
-    jpegSession& session = SessionOf(common);
-    common->err->format_message(common, session.message.data());
-    std::longjmp(session.escape, 1);
+    jpegState& state = StateOf(common);
+    common->err->format_message(common, state.message.data());
+    std::longjmp(state.escape, 1);
 }
 
 /// The library goes on with grey where data is missing or broken; a picture like that is refused.
@@ -42,7 +42,6 @@ void OnMessage(j_common_ptr common, int level)
 {
     if (level >= 0) return;
     switch (common->err->msg_code) {
-        case JWRN_ADOBE_XFORM:
         case JWRN_JFIF_MAJOR:
         case JWRN_EXTRANEOUS_DATA:
             return;
@@ -56,11 +55,10 @@ void OnProgress(j_common_ptr common)
 {
     constexpr int kMostScans = 500;
     if (!common->is_decompressor) return;
-    jpegSession& session = SessionOf(common);
-    if (session.decoder.input_scan_number > kMostScans) {
-        std::snprintf(session.message.data(), session.message.size(), "more than %d scans",
-                      kMostScans);
-        std::longjmp(session.escape, 1);
+    jpegState& state = StateOf(common);
+    if (state.decoder.input_scan_number > kMostScans) {
+        std::snprintf(state.message.data(), state.message.size(), "more than %d scans", kMostScans);
+        std::longjmp(state.escape, 1);
     }
 }
 
@@ -69,65 +67,68 @@ public:
     JpegReader(std::span<const std::uint8_t> data, std::string name)
         : name_(std::move(name)), data_(data)
     {
-        session_.decoder.err = jpeg_std_error(&session_.errors);
-        session_.errors.error_exit = OnError;
-        session_.errors.emit_message = OnMessage;
-        session_.progress.progress_monitor = OnProgress;
+        state_.decoder.err = jpeg_std_error(&state_.errors);
+        state_.errors.error_exit = OnError;
+        state_.errors.emit_message = OnMessage;
+        state_.progress.progress_monitor = OnProgress;
     }
-    ~JpegReader() { jpeg_destroy_decompress(&session_.decoder); }
+    ~JpegReader() { jpeg_destroy_decompress(&state_.decoder); }
     JpegReader(const JpegReader&) = delete;
     JpegReader& operator=(const JpegReader&) = delete;
 
     image ReadHeader()
     {
-        if (!ReadHeaderUnguarded()) RefusePicture(name_, session_.message.data());
-        CheckPictureSize(name_, session_.decoder.image_width, session_.decoder.image_height);
-        return {static_cast<int>(session_.decoder.image_width),
-                static_cast<int>(session_.decoder.image_height), 8};
+        if (!ReadHeaderUnguarded()) RefusePicture(name_, state_.message.data());
+        CheckPictureSize(name_, state_.decoder.image_width, state_.decoder.image_height);
+        return {static_cast<int>(state_.decoder.image_width),
+                static_cast<int>(state_.decoder.image_height), 8};
     }
 
     /// Rows as A, R, G, B, or C, M, Y, K when `cmyk`.
     void ReadRows(image& rows)
     {
-        if (!ReadRowsUnguarded(rows)) RefusePicture(name_, session_.message.data());
+        if (!ReadRowsUnguarded(rows)) RefusePicture(name_, state_.message.data());
     }
 
     [[nodiscard]] bool cmyk() const
     {
-        return session_.decoder.jpeg_color_space == JCS_CMYK ||
-               session_.decoder.jpeg_color_space == JCS_YCCK;
+        return state_.decoder.jpeg_color_space == JCS_CMYK ||
+               state_.decoder.jpeg_color_space == JCS_YCCK;
     }
-    /// Files with Adobe's marker hold 255 for no ink.
-    [[nodiscard]] bool invertedInks() const { return session_.decoder.saw_Adobe_marker != 0; }
+    /// Files with an APP14 marker hold 255 for no ink.
+    [[nodiscard]] bool invertedInks() const { return invertedInks_; }
 
 private:
     bool ReadHeaderUnguarded()
     {
-        if (setjmp(session_.escape) != 0) return false;
-        jpeg_create_decompress(&session_.decoder);
-        session_.decoder.progress = &session_.progress;
-        jpeg_mem_src(&session_.decoder, data_.data(), static_cast<unsigned long>(data_.size()));
-        jpeg_read_header(&session_.decoder, TRUE);
+        if (setjmp(state_.escape) != 0) return false;
+        jpeg_create_decompress(&state_.decoder);
+        state_.decoder.progress = &state_.progress;
+        jpeg_mem_src(&state_.decoder, data_.data(), static_cast<unsigned long>(data_.size()));
+        jpeg_save_markers(&state_.decoder, JPEG_APP0 + 14, 16);
+        jpeg_read_header(&state_.decoder, TRUE);
+        invertedInks_ = state_.decoder.marker_list != nullptr;
         return true;
     }
 
     bool ReadRowsUnguarded(image& rows)
     {
-        if (setjmp(session_.escape) != 0) return false;
-        session_.decoder.out_color_space = cmyk() ? JCS_CMYK : JCS_EXT_ARGB;
-        session_.decoder.dct_method = JDCT_ISLOW;
-        jpeg_start_decompress(&session_.decoder);
-        while (session_.decoder.output_scanline < session_.decoder.output_height) {
-            JSAMPROW row = rows.row(static_cast<int>(session_.decoder.output_scanline));
-            jpeg_read_scanlines(&session_.decoder, &row, 1);
+        if (setjmp(state_.escape) != 0) return false;
+        state_.decoder.out_color_space = cmyk() ? JCS_CMYK : JCS_EXT_ARGB;
+        state_.decoder.dct_method = JDCT_ISLOW;
+        jpeg_start_decompress(&state_.decoder);
+        while (state_.decoder.output_scanline < state_.decoder.output_height) {
+            JSAMPROW row = rows.row(static_cast<int>(state_.decoder.output_scanline));
+            jpeg_read_scanlines(&state_.decoder, &row, 1);
         }
-        jpeg_finish_decompress(&session_.decoder);
+        jpeg_finish_decompress(&state_.decoder);
         return true;
     }
 
     std::string name_;
     std::span<const std::uint8_t> data_;
-    jpegSession session_;
+    jpegState state_;
+    bool invertedInks_ = false;
 };
 
 /// Without ink profiles: each ink takes its share of the light.

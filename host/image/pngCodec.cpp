@@ -1,5 +1,5 @@
 // pngCodec.cpp: PNG through libpng. Its errors leave by longjmp, so the functions between setjmp
-// and the calls that may fail hold no objects with destructors; what they need lives in a session
+// and the calls that may fail hold no objects with destructors; what they need lives in a state
 // record of their caller's.
 #include <png.h>
 
@@ -22,7 +22,7 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "16-bit rows are swapped on their way");
 
-struct pngSession {
+struct pngState {
     png_structp png = nullptr;
     png_infop info = nullptr;
     std::array<char, 128> message{};
@@ -32,8 +32,8 @@ struct pngSession {
 
 void OnError(png_structp png, png_const_charp text)
 {
-    auto* session = static_cast<pngSession*>(png_get_error_ptr(png));
-    std::strncpy(session->message.data(), text, session->message.size() - 1);
+    auto* state = static_cast<pngState*>(png_get_error_ptr(png));
+    std::strncpy(state->message.data(), text, state->message.size() - 1);
     png_longjmp(png, 1);
 }
 
@@ -44,10 +44,10 @@ void OnWarning(png_structp, png_const_charp)
 
 void ReadBytes(png_structp png, png_bytep into, std::size_t count)
 {
-    auto* session = static_cast<pngSession*>(png_get_io_ptr(png));
-    if (count > session->unread.size()) png_error(png, "the data ends too early");
-    std::memcpy(into, session->unread.data(), count);
-    session->unread = session->unread.subspan(count);
+    auto* state = static_cast<pngState*>(png_get_io_ptr(png));
+    if (count > state->unread.size()) png_error(png, "the data ends too early");
+    std::memcpy(into, state->unread.data(), count);
+    state->unread = state->unread.subspan(count);
 }
 
 // ------------------------------------------------------------------ reading
@@ -56,63 +56,63 @@ class PngReader {
 public:
     PngReader(std::span<const std::uint8_t> data, std::string name) : name_(std::move(name))
     {
-        session_.unread = data;
-        session_.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &session_, OnError, OnWarning);
-        if (session_.png != nullptr) session_.info = png_create_info_struct(session_.png);
-        if (session_.info != nullptr) png_set_read_fn(session_.png, &session_, ReadBytes);
+        state_.unread = data;
+        state_.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &state_, OnError, OnWarning);
+        if (state_.png != nullptr) state_.info = png_create_info_struct(state_.png);
+        if (state_.info != nullptr) png_set_read_fn(state_.png, &state_, ReadBytes);
     }
-    ~PngReader() { png_destroy_read_struct(&session_.png, &session_.info, nullptr); }
+    ~PngReader() { png_destroy_read_struct(&state_.png, &state_.info, nullptr); }
     PngReader(const PngReader&) = delete;
     PngReader& operator=(const PngReader&) = delete;
 
     /// Size and depth; the rows that follow are R, G, B, A.
     image ReadHeader()
     {
-        if (session_.info == nullptr) RefusePicture(name_, "no memory for reading it");
-        if (!ReadHeaderUnguarded()) RefusePicture(name_, session_.message.data());
-        CheckPictureSize(name_, png_get_image_width(session_.png, session_.info),
-                         png_get_image_height(session_.png, session_.info));
-        return {static_cast<int>(png_get_image_width(session_.png, session_.info)),
-                static_cast<int>(png_get_image_height(session_.png, session_.info)),
-                png_get_bit_depth(session_.png, session_.info)};
+        if (state_.info == nullptr) RefusePicture(name_, "no memory for reading it");
+        if (!ReadHeaderUnguarded()) RefusePicture(name_, state_.message.data());
+        CheckPictureSize(name_, png_get_image_width(state_.png, state_.info),
+                         png_get_image_height(state_.png, state_.info));
+        return {static_cast<int>(png_get_image_width(state_.png, state_.info)),
+                static_cast<int>(png_get_image_height(state_.png, state_.info)),
+                png_get_bit_depth(state_.png, state_.info)};
     }
 
     void ReadRows(image& rgba)
     {
-        if (!ReadRowsUnguarded(rgba)) RefusePicture(name_, session_.message.data());
+        if (!ReadRowsUnguarded(rgba)) RefusePicture(name_, state_.message.data());
     }
 
 private:
     bool ReadHeaderUnguarded()
     {
-        if (setjmp(png_jmpbuf(session_.png)) != 0) return false;
-        png_read_info(session_.png, session_.info);
-        png_set_expand(session_.png);
-        png_set_gray_to_rgb(session_.png);
-        png_set_add_alpha(session_.png, 0xffff, PNG_FILLER_AFTER);
-        png_set_swap(session_.png);
-        passes_ = png_set_interlace_handling(session_.png);
-        png_read_update_info(session_.png, session_.info);
+        if (setjmp(png_jmpbuf(state_.png)) != 0) return false;
+        png_read_info(state_.png, state_.info);
+        png_set_expand(state_.png);
+        png_set_gray_to_rgb(state_.png);
+        png_set_add_alpha(state_.png, 0xffff, PNG_FILLER_AFTER);
+        png_set_swap(state_.png);
+        passes_ = png_set_interlace_handling(state_.png);
+        png_read_update_info(state_.png, state_.info);
         return true;
     }
 
     bool ReadRowsUnguarded(image& rgba)
     {
-        if (setjmp(png_jmpbuf(session_.png)) != 0) return false;
-        if (png_get_rowbytes(session_.png, session_.info) != rgba.rowBytes()) {
-            png_error(session_.png, "unexpected row size");
+        if (setjmp(png_jmpbuf(state_.png)) != 0) return false;
+        if (png_get_rowbytes(state_.png, state_.info) != rgba.rowBytes()) {
+            png_error(state_.png, "unexpected row size");
         }
         for (int pass = 0; pass < passes_; ++pass) {
             for (int y = 0; y < rgba.height; ++y) {
-                png_read_row(session_.png, rgba.row(y), nullptr);
+                png_read_row(state_.png, rgba.row(y), nullptr);
             }
         }
-        png_read_end(session_.png, nullptr);
+        png_read_end(state_.png, nullptr);
         return true;
     }
 
     std::string name_;
-    pngSession session_;
+    pngState state_;
     int passes_ = 1;
 };
 
@@ -146,10 +146,10 @@ void RgbaToArgb16(image& picture)
 
 void AppendBytes(png_structp png, png_bytep from, std::size_t count)
 {
-    auto* session = static_cast<pngSession*>(png_get_io_ptr(png));
+    auto* state = static_cast<pngState*>(png_get_io_ptr(png));
     bool kept = true;
     try {
-        session->written->insert(session->written->end(), from, from + count);
+        state->written->insert(state->written->end(), from, from + count);
     } catch (const std::bad_alloc&) {
         kept = false;
     }
@@ -162,15 +162,14 @@ class PngWriter {
 public:
     explicit PngWriter(std::vector<std::uint8_t>& written)
     {
-        session_.written = &written;
-        session_.png =
-            png_create_write_struct(PNG_LIBPNG_VER_STRING, &session_, OnError, OnWarning);
-        if (session_.png != nullptr) session_.info = png_create_info_struct(session_.png);
-        if (session_.info != nullptr) {
-            png_set_write_fn(session_.png, &session_, AppendBytes, NothingToFlush);
+        state_.written = &written;
+        state_.png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &state_, OnError, OnWarning);
+        if (state_.png != nullptr) state_.info = png_create_info_struct(state_.png);
+        if (state_.info != nullptr) {
+            png_set_write_fn(state_.png, &state_, AppendBytes, NothingToFlush);
         }
     }
-    ~PngWriter() { png_destroy_write_struct(&session_.png, &session_.info); }
+    ~PngWriter() { png_destroy_write_struct(&state_.png, &state_.info); }
     PngWriter(const PngWriter&) = delete;
     PngWriter& operator=(const PngWriter&) = delete;
 
@@ -178,31 +177,31 @@ public:
     template <class Fill>
     bool Write(int width, int height, int depth, std::uint8_t* row, const Fill& fill)
     {
-        if (session_.info == nullptr) return false;
-        if (setjmp(png_jmpbuf(session_.png)) != 0) return false;
-        png_set_IHDR(session_.png, session_.info, static_cast<png_uint_32>(width),
+        if (state_.info == nullptr) return false;
+        if (setjmp(png_jmpbuf(state_.png)) != 0) return false;
+        png_set_IHDR(state_.png, state_.info, static_cast<png_uint_32>(width),
                      static_cast<png_uint_32>(height), depth, PNG_COLOR_TYPE_RGBA,
                      PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
         // A farm waits for every frame: these are twice as fast as the defaults, a tenth larger.
-        png_set_compression_level(session_.png, 4);
-        png_set_filter(session_.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB | PNG_FILTER_UP);
-        png_write_info(session_.png, session_.info);
-        png_set_swap(session_.png);
+        png_set_compression_level(state_.png, 4);
+        png_set_filter(state_.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB | PNG_FILTER_UP);
+        png_write_info(state_.png, state_.info);
+        png_set_swap(state_.png);
         for (int y = 0; y < height; ++y) {
             fill(y);
-            png_write_row(session_.png, row);
+            png_write_row(state_.png, row);
         }
-        png_write_end(session_.png, session_.info);
+        png_write_end(state_.png, state_.info);
         return true;
     }
 
     [[nodiscard]] const char* message() const
     {
-        return session_.message[0] != '\0' ? session_.message.data() : "no memory";
+        return state_.message[0] != '\0' ? state_.message.data() : "no memory";
     }
 
 private:
-    pngSession session_;
+    pngState state_;
 };
 
 void ArgbToRgbaRow8(const image& picture, int y, std::uint8_t* rgba)

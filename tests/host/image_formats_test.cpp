@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(jpegCase{"Rgb", JCS_RGB, {200, 100, 50, 0}, {200, 100, 50}, false},
                     jpegCase{"Progressive", JCS_RGB, {10, 220, 90, 0}, {10, 220, 90}, true},
                     jpegCase{"Grey", JCS_GRAYSCALE, {77, 0, 0, 0}, {77, 77, 77}, false},
-                    // inverted inks, as the encoder's Adobe marker says: 255 is no ink.
+                    // inverted inks, as the encoder's APP14 marker says: 255 is no ink.
                     // 204 x 127.5/255 = 102
                     jpegCase{"Cmyk", JCS_CMYK, {204, 255, 0, 128}, {102, 128, 0}, false}),
     [](const auto& each) { return std::string(each.param.name); });
