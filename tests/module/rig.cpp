@@ -97,14 +97,14 @@ std::string ribbonScene::json() const
         R"({{"fr": 25, "ip": 0, "op": {frames}, "w": {w}, "h": {h}, "kal": {{"depth": {depth}}}{top},
 "assets": [{{"id": "source", "w": {sw}, "h": {sh}, "p": "source.png"}}],
 "layers": [
- {{"ty": 1, "ind": 1, "nm": "ribbon", "sw": {w}, "sh": {h}, "sc": "{color}", "ip": 0, "op": {frames}, "ks": {{}},
+ {{"ty": 1, "ind": 1, "nm": "ribbon", "sw": {w}, "sh": {h}, "sc": "{color}", {onLayer}"ip": 0, "op": {frames}, "ks": {{}},
   "masksProperties": [{masks}],
   "ef": [{{"ty": 5, "mn": "KAL_Orv", "en": 1, "ef": [{values}]}}]}},
  {{"ty": 2, "ind": 2, "nm": "source", "refId": "source", "hd": true, "ip": 0, "op": {frames}, "ks": {{}}}}{more}]}})",
         fmt::arg("frames", frames), fmt::arg("w", w), fmt::arg("h", h), fmt::arg("depth", depth),
         fmt::arg("top", top), fmt::arg("sw", sourceW), fmt::arg("sh", sourceH),
         fmt::arg("color", color), fmt::arg("masks", masks), fmt::arg("values", values + "{}"),
-        fmt::arg("more", moreLayers));
+        fmt::arg("more", moreLayers), fmt::arg("onLayer", onLayer));
 }
 
 std::string Value(int index, const std::string& value)

@@ -75,6 +75,7 @@ struct ribbonScene {
     std::string color = "#000000";
     std::string masks{}, values{};
     std::string moreLayers{}, top{};  ///< JSON to append, each with its leading comma
+    std::string onLayer{};            ///< fields of "ribbon", each with a comma after it
     [[nodiscard]] std::string json() const;
 };
 /// `{"ix": INDEX, "v": {"k": VALUE}},`-style entry lists: Value(7, "50") + Value(8, "20").
