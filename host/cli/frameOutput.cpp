@@ -56,7 +56,7 @@ existingPicture FrameOutput::Existing(int frame) const
 
 std::string FrameOutput::Write(const image& picture, int frame)
 {
-    const std::string file = FrameFile(pattern_, frame);
+    std::string file = FrameFile(pattern_, frame);
     switch (pattern_.kind) {
         case outputKind::png:
             WritePng(picture, file);
