@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <csignal>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 extern char** environ;
@@ -123,6 +124,31 @@ int ChildProcess::Finish()
     process_ = -1;
     if (ended < 0) return 127;
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+std::optional<int> ChildProcess::FinishWithin(std::chrono::milliseconds limit)
+{
+    constexpr std::chrono::milliseconds kNap(2);
+    if (inputSocket_ >= 0) ::close(std::exchange(inputSocket_, -1));
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (IsRunning()) {
+        if (std::chrono::steady_clock::now() >= end) {
+            ::kill(process_, SIGKILL);
+            (void)Finish();
+            return std::nullopt;
+        }
+        std::this_thread::sleep_for(kNap);
+    }
+    return Finish();
+}
+
+bool ChildProcess::IsRunning() const
+{
+    if (process_ < 0) return false;
+    siginfo_t info{};
+    const int code =
+        ::waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOHANG | WNOWAIT);
+    return code == 0 ? info.si_pid == 0 : errno == EINTR;
 }
 
 std::string ChildProcess::ReadBack(int file)

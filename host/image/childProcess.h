@@ -3,7 +3,9 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -25,11 +27,14 @@ public:
     /// Closes the input and waits for the end. 0: it ended well; else its exit code, or 128 +
     /// signal.
     int Finish();
+    /// The same, but a program that is still running after `limit` is killed: none then.
+    std::optional<int> FinishWithin(std::chrono::milliseconds limit);
     /// What it printed, after Finish.
     [[nodiscard]] std::string Output() const { return ReadBack(outputFile_); }
     [[nodiscard]] std::string Errors() const { return ReadBack(errorFile_); }
 
 private:
+    [[nodiscard]] bool IsRunning() const;
     static std::string ReadBack(int file);
     void CloseAll();
 
