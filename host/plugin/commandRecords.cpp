@@ -47,18 +47,6 @@ void CheckSize(const effectFrame& frame, const image& input)
                     input.width, input.height, width, height));
 }
 
-paramSource SourceOf(const effectFrame& frame)
-{
-    const auto at = static_cast<std::size_t>(frame.effectIndex);
-    return {.comp = frame.shown.comp,
-            .owner = frame.owner,
-            .values = at < frame.owner->effects.size() ? &frame.owner->effects[at] : nullptr,
-            .width = FullWidth(frame),
-            .height = FullHeight(frame),
-            .divisorX = frame.quality.divisorX,
-            .divisorY = frame.quality.divisorY};
-}
-
 /// The world of a layer parameter, with the default that the effect declared.
 PF_LayerDef WithDefault(const PF_EffectWorld& world, const PF_ParamDef& declared)
 {
@@ -68,6 +56,19 @@ PF_LayerDef WithDefault(const PF_EffectWorld& world, const PF_ParamDef& declared
 }
 
 }  // namespace
+
+paramSource ParamSourceOf(const effectFrame& frame, const ScriptedValues& scripted)
+{
+    const auto at = static_cast<std::size_t>(frame.effectIndex);
+    return {.comp = frame.shown.comp,
+            .owner = frame.owner,
+            .values = at < frame.owner->effects.size() ? &frame.owner->effects[at] : nullptr,
+            .scripted = scripted.Of({frame.shown.comp, frame.owner->index, frame.effectIndex}),
+            .width = FullWidth(frame),
+            .height = FullHeight(frame),
+            .divisorX = frame.quality.divisorX,
+            .divisorY = frame.quality.divisorY};
+}
 
 CommandRecords::CommandRecords(HostSession& session, const recordContents& contents)
     : session_(session)
@@ -108,7 +109,7 @@ void CommandRecords::FillWorlds(const recordContents& contents)
 void CommandRecords::FillFrame(const effectFrame& frame)
 {
     context_.clock.emplace(*frame.shown.scene, *frame.owner, frame.t);
-    context_.params = SourceOf(frame);
+    context_.params = ParamSourceOf(frame, session_.scripted);
     in_.current_time = context_.clock->currentTime();
     in_.time_step = context_.clock->timeStep();
     in_.total_time = context_.clock->totalTime();

@@ -12,6 +12,9 @@
 
 namespace orv {
 
+/// Whose values a frame's effect has, and at which resolution.
+paramSource ParamSourceOf(const effectFrame& frame, const ScriptedValues& scripted);
+
 /// What the records are filled from. All is borrowed.
 struct recordContents {
     effectInstance* instance = nullptr;  ///< null: a command for the module

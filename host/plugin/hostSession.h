@@ -24,6 +24,7 @@
 #include "plugin/paramValues.h"
 #include "plugin/pathGeometry.h"
 #include "plugin/pluginHost.h"
+#include "plugin/scriptedProject.h"
 #include "plugin/tokens.h"
 #include "plugin/worlds.h"
 
@@ -60,13 +61,6 @@ struct commandContext {
 
     /// Keeps the world until the command ends.
     const PF_EffectWorld& Hold(sharedLayerWorld world);
-};
-
-/// The effect with that position on that layer.
-struct instanceKey {
-    const composition* comp = nullptr;
-    int layer = 0, effect = 0;
-    auto operator<=>(const instanceKey&) const = default;
 };
 
 struct lentPath {
@@ -109,6 +103,7 @@ public:
     PF_OutFlags2 globalFlags2 = 0;
     PathIds pathIds;
     std::map<instanceKey, effectInstance> instances;
+    ScriptedValues scripted;
 
     // What is out, and what it stands for.
     Ledger ledger;

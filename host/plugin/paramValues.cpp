@@ -25,6 +25,19 @@ std::vector<double> DefaultValue(const paramSource& source, const paramDeclarati
     return declared.initial;
 }
 
+/// What stands in for the default; null when nothing does.
+const property* GivenValue(const paramSource& source, int index)
+{
+    const std::map<int, property>* scene =
+        source.values != nullptr ? &source.values->values : nullptr;
+    for (const std::map<int, property>* values : {source.scripted, scene}) {
+        if (values == nullptr) continue;
+        const auto found = values->find(index);
+        if (found != values->end()) return &found->second;
+    }
+    return nullptr;
+}
+
 /// Values of such a kind are never mixed between key frames.
 bool IsHeld(paramKind kind)
 {
@@ -94,12 +107,10 @@ int PathIds::PositionOf(const composition& comp, const layer& owner, PF_PathID i
 std::vector<double> ValueAt(const paramSource& source, const paramDeclaration& declared, double t)
 {
     std::vector<double> value = DefaultValue(source, declared);
-    if (source.values != nullptr) {
-        const auto given = source.values->values.find(declared.index);
-        if (given != source.values->values.end() && !value.empty()) {
-            value = IsHeld(declared.kind) ? std::vector{EvaluateHeld(given->second, t, value[0])}
-                                          : Evaluate(given->second, t, value);
-        }
+    const property* given = GivenValue(source, declared.index);
+    if (given != nullptr && !value.empty()) {
+        value = IsHeld(declared.kind) ? std::vector{EvaluateHeld(*given, t, value[0])}
+                                      : Evaluate(*given, t, value);
     }
     for (double& each : value) each = Fitted(declared, each);
     return value;

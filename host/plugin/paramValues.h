@@ -35,6 +35,7 @@ struct paramSource {
     const composition* comp = nullptr;
     const layer* owner = nullptr;
     const effect* values = nullptr;  ///< null: every parameter has its declared default
+    const std::map<int, property>* scripted = nullptr;  ///< these come first; null: none
     int width = 0, height = 0;  ///< of the owner, full resolution: what point defaults refer to
     int divisorX = 1, divisorY = 1;
 };

@@ -161,6 +161,15 @@ PF_Err PluginHost::Send(PF_Cmd cmd, const effectFrame* frame, const image* input
     return outcome.result;
 }
 
+void PluginHost::Tell(PF_Cmd cmd, const effectFrame& frame, const image* input)
+{
+    effectInstance& instance = state_->module.Ensure(frame);
+    CommandRecords records(
+        state_->module.session(),
+        {.instance = &instance, .frame = &frame, .withParams = true, .input = input});
+    state_->RunTries(records, frame, [&] { return state_->RunOrFail(cmd, records, frame); });
+}
+
 void PluginHost::WithFrame(
     const effectFrame& frame, const image& input,
     const std::function<void(PF_InData&, PF_OutData&, PF_ParamDef* params[])>& use)
@@ -203,6 +212,18 @@ std::vector<controlState> PluginHost::Controls(const effectFrame& frame) const
         fresh.push_back({.name = each.name});
     }
     return fresh;
+}
+
+const std::vector<scriptChange>& PluginHost::ScriptChanges() const
+{
+    return state_->module.session().scripted.changes();
+}
+
+std::vector<double> PluginHost::Value(const effectFrame& frame, int index) const
+{
+    const HostSession& session = state_->module.session();
+    return ValueAt(ParamSourceOf(frame, session.scripted), session.params.declaration(index),
+                   frame.t);
 }
 
 std::pair<PF_OutFlags, PF_OutFlags2> PluginHost::Flags(const effectFrame& frame) const

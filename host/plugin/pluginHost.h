@@ -17,6 +17,7 @@
 #include "host_api.h"
 
 #include "plugin/layerImages.h"
+#include "plugin/scriptRunner.h"
 #include "scene/errors.h"
 #include "scene/paramDeclaration.h"
 
@@ -52,7 +53,10 @@ struct pluginOptions {
     warningSink warn;                   ///< messages of effects with result 0, once each text
     std::function<bool()> interrupted;  ///< asked by `abort`; may be empty
     preferenceStore preferences;        ///< as an effect finds them at GLOBAL_SETUP
+    scriptRunner runScript;             ///< empty: effects are told that there are no scripts
 };
+
+struct scriptChange;
 
 /// How an effect wants one of its controls shown.
 struct controlState {
@@ -108,6 +112,11 @@ public:
     void WithFrame(const effectFrame& frame, const image& input,
                    const std::function<void(PF_InData&, PF_OutData&, PF_ParamDef* params[])>& use);
 
+    /// Sends `cmd` with the records of that frame, after SEQUENCE_SETUP where that is due. For the
+    /// commands that a user's doing causes; `input` may be null. Throws failure: frame (the
+    /// effect's error, with its message), plugin.
+    void Tell(PF_Cmd cmd, const effectFrame& frame, const image* input);
+
     /// Ends every instance (SEQUENCE_SETDOWN) and the module (GLOBAL_SETDOWN); throws
     /// failure(plugin) for what is left out. The destructor does the same quietly.
     void Close();
@@ -121,6 +130,13 @@ public:
     /// Flags as the instance last declared them.
     [[nodiscard]] std::pair<PF_OutFlags, PF_OutFlags2> Flags(const effectFrame& frame) const;
     [[nodiscard]] const preferenceStore& preferences() const;
+
+    /// What scripts have changed so far. Their values hold for every instance until the module is
+    /// unloaded; no USER_CHANGED_PARAM follows from them.
+    [[nodiscard]] const std::vector<scriptChange>& ScriptChanges() const;
+    /// The value that an instance finds at the frame, scripts' values included, in the units of
+    /// ValueAt; empty for groups.
+    [[nodiscard]] std::vector<double> Value(const effectFrame& frame, int index) const;
 
     [[nodiscard]] callGate& gate();
     [[nodiscard]] const pluginCounters& counters() const;

@@ -22,13 +22,44 @@ PF_Err RegisterWithAEGP(HostSession& session, AEGP_GlobalRefcon, const A_char* p
     return PF_Err_NONE;
 }
 
-/// This host runs no scripts. It says so by the result alone.
-PF_Err ExecuteScript(HostSession&, AEGP_PluginID, const A_char*, A_Boolean, AEGP_MemHandle* result,
-                     AEGP_MemHandle* error_string)
+PF_Err CodeOf(scriptEnd end)
+{
+    switch (end) {
+        case scriptEnd::done:
+            return PF_Err_NONE;
+        case scriptEnd::failed:
+            return PF_Err_BAD_CALLBACK_PARAM;
+        case scriptEnd::stopped:
+            return PF_Err_INTERNAL_STRUCT_DAMAGED;
+        case scriptEnd::outOfMemory:
+            return PF_Err_OUT_OF_MEMORY;
+    }
+    return PF_Err_BAD_CALLBACK_PARAM;
+}
+
+/// Results and error texts are not handed out: effects learn the code, the user the text.
+PF_Err ExecuteScript(HostSession& session, AEGP_PluginID, const A_char* script, A_Boolean,
+                     AEGP_MemHandle* result, AEGP_MemHandle* error_string)
 {
     if (result != nullptr) *result = nullptr;
     if (error_string != nullptr) *error_string = nullptr;
-    return PF_Err_BAD_CALLBACK_PARAM;
+    const effectFrame* frame = session.command->frame;
+    if (script == nullptr || frame == nullptr || !session.options.runScript) {
+        return PF_Err_BAD_CALLBACK_PARAM;
+    }
+    const project& scene = *frame->shown.scene;
+    const effectDeclaration declaration{session.registeredName, session.registeredName,
+                                        session.params.declarations()};
+    scriptOutcome outcome =
+        session.options.runScript(script, session.scripted.Snapshot(scene, declaration, frame->t));
+    if (!session.scripted.Take(scene, declaration, frame->t, outcome.assignments)) {
+        outcome = {
+            scriptEnd::failed, "the scripting engine set what the project does not have", {}};
+    }
+    if (outcome.end != scriptEnd::done && session.options.warn) {
+        session.options.warn("script: " + outcome.message);
+    }
+    return CodeOf(outcome.end);
 }
 
 // ---- preferences
