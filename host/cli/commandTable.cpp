@@ -20,6 +20,7 @@ constexpr std::array kCommands{
     commandRow{"params", "List the effect's parameters", SetUpParams},
     commandRow{"inspect", "Show what a scene file holds", SetUpInspect},
     commandRow{"mesh", "Write the ribbon of a frame for 3D programs", SetUpMesh},
+    commandRow{"panel", "Show the effect's controls as a user sees them", SetUpPanel},
 };
 
 constexpr const char* kExamples =
@@ -30,6 +31,7 @@ constexpr const char* kExamples =
     "  orv params\n"
     "  orv inspect scene.json\n"
     "  orv mesh scene.json --frame 12 -o ribbon.obj\n"
+    "  orv panel scene.json\n"
     "'orv COMMAND --help' lists a command's options.\n";
 
 int Report(const std::string& text, int code)

@@ -29,5 +29,6 @@ std::function<int()> SetUpRender(CLI::App& command);
 std::function<int()> SetUpParams(CLI::App& command);
 std::function<int()> SetUpInspect(CLI::App& command);
 std::function<int()> SetUpMesh(CLI::App& command);
+std::function<int()> SetUpPanel(CLI::App& command);
 
 }  // namespace orv

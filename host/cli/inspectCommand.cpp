@@ -10,7 +10,7 @@
 #include "cli/cameraInspection.h"
 #include "cli/commandTable.h"
 #include "cli/effectProbe.h"
-#include "cli/paramText.h"
+#include "cli/namedValue.h"
 #include "cli/pluginPath.h"
 #include "plugin/pluginHost.h"
 #include "scene/loader.h"
@@ -67,18 +67,6 @@ const char* ModeName(maskMode mode)
             return "difference";
     }
     return "";
-}
-
-/// A layer parameter holds a position in the list: told by name; a path parameter by its mask's.
-std::string NamedValue(const paramDeclaration& param, std::span<const double> value,
-                       const composition& comp, const layer& owner)
-{
-    const auto position = static_cast<std::size_t>(value.empty() ? 0.0 : value.front());
-    if (param.kind == paramKind::layer && position >= 1 && position <= comp.layers.size())
-        return comp.layers[position - 1].name;
-    if (param.kind == paramKind::path && position >= 1 && position <= owner.masks.size())
-        return fmt::format("{} ({})", position, owner.masks[position - 1].name);
-    return ValueText(param, value);
 }
 
 bool Differs(const paramDeclaration& param, const property& value)

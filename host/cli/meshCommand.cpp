@@ -34,7 +34,9 @@ enum class meshFormat { ply, obj, json };
 
 meshFormat FormatOf(const std::string& file)
 {
-    const std::string extension = fs::path(file).extension();
+    std::string extension = fs::path(file).extension();
+    for (char& each : extension)
+        if (each >= 'A' && each <= 'Z') each = static_cast<char>(each - 'A' + 'a');
     if (extension == ".ply") return meshFormat::ply;
     if (extension == ".obj") return meshFormat::obj;
     if (extension == ".json") return meshFormat::json;

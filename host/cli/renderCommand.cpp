@@ -128,6 +128,18 @@ std::function<int()> SetUpRender(CLI::App& command)
         ->allow_extra_args(false);
     addText("--motion-blur", raw->motionBlur, "Overrides the scene's switch")
         ->check(CLI::IsMember({"on", "off"}));
+    command
+        .add_option("--shutter-angle", render.shutterAngle,
+                    "Degrees, 0 to 720; overrides the scene's")
+        ->check(CLI::Range(0.0, 720.0));
+    command
+        .add_option("--shutter-phase", render.shutterPhase,
+                    "Degrees, -360 to 360; overrides the scene's")
+        ->check(CLI::Range(-360.0, 360.0));
+    command
+        .add_option("--mb-samples", render.motionBlurSamples,
+                    "Samples a frame, 2 to 64; overrides the scene's")
+        ->check(CLI::Range(2, 64));
     addText("--exr", raw->exr, "Channels of .exr files; default half")
         ->check(CLI::IsMember({"half", "float"}));
     command.add_flag("--strict", render.strict, "Make each warning about the scene an error");

@@ -17,10 +17,12 @@
 #include "cli/sceneChoice.h"
 #include "cli/stats.h"
 #include "cli/targetLimit.h"
+#include "cli/textureSizeChoice.h"
 #include "draw/sceneRenderer.h"
 #include "plugin/pluginEffectRunner.h"
 #include "plugin/pluginHost.h"
 #include "scene/loader.h"
+#include "script/scriptProcess.h"
 
 namespace orv {
 namespace {
@@ -60,8 +62,13 @@ void OverrideScene(project& scene, const renderOptions& options,
         scene.downsampleX = (*options.downsample)[0];
         scene.downsampleY = (*options.downsample)[1];
     }
-    if (options.motionBlur)
-        for (composition& comp : scene.compositions) comp.motionBlur.enabled = *options.motionBlur;
+    for (composition& comp : scene.compositions) {
+        motionBlurSettings& blur = comp.motionBlur;
+        blur.enabled = options.motionBlur.value_or(blur.enabled);
+        blur.shutterAngle = options.shutterAngle.value_or(blur.shutterAngle);
+        blur.shutterPhase = options.shutterPhase.value_or(blur.shutterPhase);
+        blur.samples = options.motionBlurSamples.value_or(blur.samples);
+    }
     ApplySets(scene, declaration, options.sets);
 }
 
@@ -211,8 +218,10 @@ int RenderFrames(const renderTask& task, const renderOptions& options, const pro
         code = ExitCode(problem.kind());
     };
     try {
+        const bool maximum =
+            TellMaximumTextureSize(plugin, scene, task.quality, task.frames.front());
         PluginEffectRunner effects(plugin);
-        TargetLimitRunner limited(effects, plugin.declaration());
+        TargetLimitRunner limited(effects, plugin.declaration(), maximum);
         SceneRenderer renderer(
             scene, task.quality,
             options.allowTruncated ? static_cast<EffectRunner&>(effects) : limited);
@@ -257,6 +266,7 @@ int RunRender(const renderOptions& options)
     pluginOptions hostOptions;
     hostOptions.warn = warn;
     hostOptions.interrupted = Interrupted;
+    hostOptions.runScript = ScriptsThrough(ScriptProgramPath());
     PluginHost plugin(PluginPath(options.plugin), hostOptions);
     const double pluginSeconds = loading.lap();
     project scene = LoadScene(options.scene,

@@ -23,6 +23,8 @@ struct renderOptions {
     std::optional<int> depth;
     std::optional<std::array<int, 2>> downsample;
     std::optional<bool> motionBlur;
+    std::optional<double> shutterAngle, shutterPhase;  ///< degrees
+    std::optional<int> motionBlurSamples;              ///< a frame
     std::vector<setRequest> sets;
     bool strict = false, allowOutside = false, allowTruncated = false;
     bool resume = false, keepGoing = false, quiet = false;

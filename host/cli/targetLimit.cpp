@@ -27,9 +27,11 @@ bool IsSet(const effect& instance, const paramDeclaration& param, double t)
 
 }  // namespace
 
-TargetLimitRunner::TargetLimitRunner(EffectRunner& inner, const effectDeclaration& declaration)
+TargetLimitRunner::TargetLimitRunner(EffectRunner& inner, const effectDeclaration& declaration,
+                                     bool maximum)
     : inner_(inner),
       declaration_(declaration),
+      maximumAllowed_(maximum),
       mask_(FindParam(declaration, "Mask")),
       maximum_(FindParam(declaration, "Allow maximum texture size"))
 {
@@ -42,24 +44,24 @@ image TargetLimitRunner::Run(const shownComposition& shown, const layer& owner, 
     const effect& instance = owner.effects[static_cast<std::size_t>(effectIndex)];
     if (instance.matchName == declaration_.matchName && mask_ && maximum_ &&
         IsSet(instance, *mask_, t))
-        CheckSize(owner, instance, input);
+        CheckSize(owner, input);
     return inner_.Run(shown, owner, effectIndex, t, quality, images, input);
 }
 
-void TargetLimitRunner::CheckSize(const layer& owner, const effect& instance, const image& input)
+void TargetLimitRunner::CheckSize(const layer& owner, const image& input)
 {
     // Whatever OpenGL gives, targets have this edge; so most frames need not ask it.
     const int longest = std::max(input.width, input.height);
     if (longest <= LargestTargetEdge(0)) return;
 
-    if (!edge_) edge_ = LargestTargetEdge(QueryGl().maxRectangleSize);
+    if (!edge_) edge_ = LargestTargetEdge(QueryGl().maxRectangleSize, maximumAllowed_);
     if (longest <= *edge_) return;
     throw failure(
         failureKind::frame,
         fmt::format("layer '{}': a frame of {}x{} does not fit the largest render target, {}x{} "
                     "(\"{}\" is {}); render with --downsample, or --allow-truncated to cut it off",
                     owner.name, input.width, input.height, *edge_, *edge_, maximum_->name,
-                    IsSet(instance, *maximum_, 0.0) ? "on" : "off"));
+                    maximumAllowed_ ? "on" : "off"));
 }
 
 }  // namespace orv
