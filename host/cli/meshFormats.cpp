@@ -148,10 +148,10 @@ private:
     double cropX_, cropY_, imageWidth_, imageHeight_;
 };
 
-/// As a float: more digits would say nothing.
+/// As a float: more digits would say nothing. Adding 0 drops the sign of a zero.
 float Short(double value)
 {
-    return static_cast<float>(value);
+    return static_cast<float>(value) + 0.0f;
 }
 
 /// The faces of one material: the wall's, or all others.

@@ -42,7 +42,7 @@ struct bandScene {
 
 constexpr const char* kIn3D = R"(, {"ix": 279, "v": {"k": 2}})";
 constexpr const char* kCamera =
-    R"(, {"ty": 13, "ind": 9, "parent": 10, "ip": 0, "op": 5, "pe": {"k": 300},
+    R"(, {"ty": 13, "ind": 9, "parent": 10, "ip": 0, "op": 5, "pe": {"k": 180},
        "ks": {"p": {"k": [0, 0, -260]}, "ry": {"k": 8}, "rx": {"k": -5}}},
       {"ty": 3, "ind": 10, "ddd": 1, "ip": 0, "op": 5, "ks": {"p": {"k": [100, 60, 0]},
        "ry": {"k": 20}, "rz": {"k": 10}}})";
@@ -157,7 +157,7 @@ TEST_F(ProbeProgram, ObjNamesItsMaterialAndEveryCell)
     std::size_t faces = 0;
     bool materialNamed = false;
     for (std::string line; std::getline(obj, line);) {
-        faces += line.starts_with("f ") ? 1 : 0;
+        faces += line.starts_with("f ") ? 1U : 0U;
         materialNamed = materialNamed || line == "mtllib m.mtl";
     }
     EXPECT_TRUE(materialNamed);
