@@ -2,6 +2,8 @@
 // be seen, and their pictures stay as they are. At a quarter of their size.
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -65,9 +67,9 @@ public:
         scene_ = LoadScene((ExamplesFolder() / (name + ".json")).string(), options, {});
     }
 
-    image Render(double t, int depth = 8)
+    image Render(double t, int depth = 8, int divisor = kDivisor)
     {
-        SceneRenderer renderer(scene_, {kDivisor, kDivisor, depth}, runner_);
+        SceneRenderer renderer(scene_, {divisor, divisor, depth}, runner_);
         return renderer.RenderComposition(scene_.compositions.front(), t);
     }
     std::vector<effect*> effects()
@@ -113,6 +115,33 @@ bool IsSettable(const paramDeclaration& param)
     return param.kind != paramKind::groupStart && param.kind != paramKind::groupEnd;
 }
 
+/// 16 bits per channel as 8.
+image Narrowed(const image& deep)
+{
+    image narrow(deep.width, deep.height, 8);
+    for (int y = 0; y < deep.height; ++y)
+        for (int i = 0; i < 4 * deep.width; ++i)
+            narrow.row(y)[i] =
+                static_cast<std::uint8_t>(std::lround(deep.row16(y)[i] * 255.0 / 32768.0));
+    return narrow;
+}
+
+/// Opaque 8-bit pictures of even size: the mean of each two by two pixels.
+image Halved(const image& picture)
+{
+    image half(picture.width / 2, picture.height / 2, 8);
+    for (int y = 0; y < half.height; ++y)
+        for (int x = 0; x < half.width; ++x)
+            for (int c = 0; c < 4; ++c) {
+                const auto at = [&](int u, int v) {
+                    return static_cast<int>(picture.row(2 * y + v)[4 * (2 * x + u) + c]);
+                };
+                half.row(y)[4 * x + c] =
+                    static_cast<std::uint8_t>((at(0, 0) + at(1, 0) + at(0, 1) + at(1, 1) + 2) / 4);
+            }
+    return half;
+}
+
 }  // namespace
 
 class ExampleScenes : public testing::TestWithParam<exampleCase> {};
@@ -148,6 +177,26 @@ TEST_P(ExampleScenes, LookAsTheyDid)
             std::string("example_") + GetParam().name + (depth == 16 ? "_16" : "");
         EXPECT_TRUE(MatchesGolden(example.Render(GetParam().frames[0], depth), name));
     }
+}
+
+TEST_P(ExampleScenes, LookAlikeInBothDepths)
+{
+    Example example(GetParam().name);
+    const int frame = GetParam().frames[0];
+    const image shallow = example.Render(frame, 8), deep = Narrowed(example.Render(frame, 16));
+    // 8 bits round between the stages, and a pixel of a rim may fall to either side of a limit of
+    // the smoothing or of the blur.
+    EXPECT_LT(Measure(deep, shallow, 3.0 / 255.0).shareAbove, 0.005);
+}
+
+TEST_P(ExampleScenes, LookAlikeInBothSizes)
+{
+    Example example(GetParam().name);
+    const int frame = GetParam().frames[0];
+    const image whole = example.Render(frame, 8, 1), half = example.Render(frame, 8, 2);
+    const imageDifference difference = Measure(half, Halved(whole), 24.0 / 255.0);
+    // Rims and fine stripes differ, since they are smoothed in pixels of their own size.
+    EXPECT_LT(difference.shareAbove, 0.03);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ExampleScenes, testing::ValuesIn(Examples()),
