@@ -14,6 +14,7 @@ TEST(LargestTargetEdge, IsAQuarterOfWhatOpenGLGivesAndAtLeast2048)
     EXPECT_EQ(LargestTargetEdge(32768), 8192);
     EXPECT_EQ(LargestTargetEdge(8192), 2048);
     EXPECT_EQ(LargestTargetEdge(4096), 2048);
+    EXPECT_EQ(LargestTargetEdge(16384, /*maximum=*/true), 8192);
 }
 
 class CountingRunner final : public EffectRunner {
