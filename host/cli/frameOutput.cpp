@@ -21,9 +21,9 @@ int StoredDepth(outputKind kind, const pictureFormat& format)
 
 }  // namespace
 
-void PrepareFolder(const outputPattern& pattern)
+void PrepareFolder(const std::string& name)
 {
-    const std::filesystem::path folder = pattern.folder.empty() ? "." : pattern.folder;
+    const std::filesystem::path folder = name.empty() ? "." : name;
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (!error && !std::filesystem::is_directory(folder))

@@ -17,9 +17,9 @@ struct pictureFormat {
     double frameRate = 25.0;  ///< videos
 };
 
-/// Makes the folder of the pattern when it is missing; throws failure(output) when that fails or
-/// when nothing can be written there.
-void PrepareFolder(const outputPattern& pattern);
+/// Makes the folder when it is missing ("" is the working folder); throws failure(output) when that
+/// fails or when nothing can be written there.
+void PrepareFolder(const std::string& folder);
 
 enum class existingPicture { none, whole, other };
 

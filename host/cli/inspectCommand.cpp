@@ -74,6 +74,16 @@ bool Differs(const paramDeclaration& param, const property& value)
     return value.animated() || value.constant != param.initial;
 }
 
+/// As the scene writes it: layers by their `ind`, which need not be their position.
+json WrittenValue(const paramDeclaration& param, const std::vector<double>& value,
+                  const composition& comp)
+{
+    const auto position = static_cast<std::size_t>(value.front());
+    if (param.kind == paramKind::layer && position >= 1 && position <= comp.layers.size())
+        return json(comp.layers[position - 1].ind.value_or(0));
+    return value.size() == 1 ? json(value.front()) : json(value);
+}
+
 json ValueJson(const project& scene, const paramDeclaration& param, const property& value,
                const composition& comp, const layer& owner)
 {
@@ -81,7 +91,7 @@ json ValueJson(const project& scene, const paramDeclaration& param, const proper
         Evaluate(value, static_cast<double>(scene.firstFrame), param.initial);
     return {{"index", param.index},
             {"name", param.name},
-            {"value", now.size() == 1 ? json(now.front()) : json(now)},
+            {"value", WrittenValue(param, now, comp)},
             {"text", NamedValue(param, now, comp, owner)},
             {"keys", value.animated() ? value.keys.size() : 0}};
 }

@@ -111,7 +111,7 @@ int Mesh(const meshOptions& options)
     outputPattern target;
     if (const fs::path folder = fs::path(options.output).parent_path(); !folder.empty())
         target.folder = folder.string() + "/";
-    PrepareFolder(target);
+    PrepareFolder(target.folder);
     if (format == meshFormat::obj)
         WriteObj(probe, geometry, options.output);
     else

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <new>
 #include <span>
 #include <utility>
@@ -275,7 +276,9 @@ int RunRender(const renderOptions& options)
     const double sceneSeconds = loading.lap();
 
     const renderTask task = ChooseTask(scene, options);
-    PrepareFolder(options.output);
+    PrepareFolder(options.output.folder);
+    if (!options.stats.empty())
+        PrepareFolder(std::filesystem::path(options.stats).parent_path().string());
     if (options.output.kind == outputKind::video && !VideoKeepsAlpha(FrameFile(options.output, 0)))
         console.Note("this video format keeps no alpha: pictures are put over black");
 
@@ -287,7 +290,14 @@ int RunRender(const renderOptions& options)
         stats.exitCode = kInterruptedBase + InterruptGuard::signal();
         console.Error(fmt::format("interrupted by signal {}", InterruptGuard::signal()));
     }
-    if (!options.stats.empty()) WriteStats(stats, options.stats);
+    if (options.stats.empty()) return stats.exitCode;
+    try {
+        WriteStats(stats, options.stats);
+    } catch (const failure& error) {
+        // What went wrong with the frames matters more.
+        if (stats.exitCode == 0) throw;
+        console.Error(error.what());
+    }
     return stats.exitCode;
 }
 

@@ -141,10 +141,9 @@ TEST(ExitCodes, TellScenePluginAndOutputApart)
         RunOrv({"render", scene, "-o", scene + "/f.####.png"}, folder.path());
     EXPECT_EQ(unwritable.code, 6);
     EXPECT_TRUE(Contains(unwritable.err, scene)) << unwritable.err;
-    EXPECT_EQ(RunOrv({"render", scene, "-o", folder.path() / "f.####.png", "--stats",
-                      folder.path() / "missing" / "s.json"})
-                  .code,
-              6);
+    EXPECT_EQ(RunOrv({"render", scene, "--stats", scene + "/s.json"}, folder.path()).code, 6);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "s.0000.png"))
+        << "refused before any work";
 }
 
 TEST(ExitCodes, TellWhenThereIsNoOpenGL)
@@ -192,7 +191,7 @@ TEST(Inspect, ShowsMasksAndChangedParameters)
           {"nm": "wave", "mode": "n", "pt": {"k": {"c": false, "v": [[0, 0], [4, 2], [8, 0]],
             "i": [[0, 0], [0, 0], [0, 0]], "o": [[0, 0], [0, 0], [0, 0]]}}}],
         "ef": [{"ty": 5, "mn": "KAL_Orv", "ef": [
-          {"ix": 29, "v": {"k": 1}}, {"ix": 17, "v": {"k": 25}},
+          {"ix": 2, "v": {"k": 4}}, {"ix": 29, "v": {"k": 1}}, {"ix": 17, "v": {"k": 25}},
           {"ix": 37, "v": {"k": [{"t": 0, "s": [90]}, {"t": 8, "s": [0]}]}}]}]}]})");
     const programResult result = RunOrv({"inspect", scene, "--json"});
     ASSERT_EQ(result.code, 0) << result.err;
@@ -201,10 +200,12 @@ TEST(Inspect, ShowsMasksAndChangedParameters)
     EXPECT_EQ(layer["masks"][0]["vertices"], 3);
     EXPECT_EQ(layer["masks"][0]["closed"], false);
     const auto values = layer["effects"][0]["values"];
-    ASSERT_EQ(values.size(), 2U) << "17 has its default: " << values.dump();
-    EXPECT_EQ(values[0]["text"], "1 (wave)");
-    EXPECT_EQ(values[1]["value"], 90);
-    EXPECT_EQ(values[1]["keys"], 2);
+    ASSERT_EQ(values.size(), 3U) << "17 has its default: " << values.dump();
+    EXPECT_EQ(values[0]["value"], 4) << "the layer's ind, as the scene has it";
+    EXPECT_EQ(values[0]["text"], "band");
+    EXPECT_EQ(values[1]["text"], "1 (wave)");
+    EXPECT_EQ(values[2]["value"], 90);
+    EXPECT_EQ(values[2]["keys"], 2);
     EXPECT_TRUE(
         Contains(RunOrv({"inspect", scene}).out, "mask \"wave\": 3 vertices, open, mode none\n"));
 }

@@ -38,7 +38,7 @@ private:
 };
 
 /// Loads `scene` (JSON) with `pictures` as files beside it, and the module named by ORV_PLUGIN.
-/// Warnings are collected.
+/// Warnings are collected. One rig at a time: all share the module's one GL context.
 class Rig {
 public:
     explicit Rig(const std::string& scene, const std::map<std::string, image>& pictures = {},
