@@ -44,7 +44,8 @@ void CheckChanged(const std::string& name, const effectDeclaration& declaration)
 {
     std::vector<const paramDeclaration*> found;
     for (const paramDeclaration& param : declaration.params)
-        if (param.index > 0 && Names(param, name)) found.push_back(&param);
+        if (param.index > 0 && param.kind != paramKind::groupEnd && Names(param, name))
+            found.push_back(&param);
     if (found.empty()) Refuse(name, "there is no such parameter");
     if (found.size() > 1)
         Refuse(name, fmt::format("the parameters {} and {} have this name; use the index",
@@ -164,20 +165,31 @@ void PrintControls(const EffectProbe& probe, const json& controls, int depth)
     }
 }
 
-void PrintText(const EffectProbe& probe, const json& all)
+/// A value of the layer that a script has changed, in words.
+std::string ChangedText(const scriptChange& change, const paramDeclaration& param,
+                        const std::vector<double>& value)
+{
+    return NamedValue(param, value, *change.comp,
+                      change.comp->layers[static_cast<std::size_t>(change.layer)]);
+}
+
+void PrintChange(const EffectProbe& probe, const scriptChange& change)
+{
+    const paramDeclaration& param =
+        probe.declaration().params[static_cast<std::size_t>(change.index)];
+    fmt::print("changed: {}layer \"{}\", effect {}: {} from {} to {}\n",
+               change.comp->id.empty() ? "" : fmt::format("composition \"{}\", ", change.comp->id),
+               change.comp->layers[static_cast<std::size_t>(change.layer)].name, change.effect + 1,
+               param.name, ChangedText(change, param, change.from),
+               ChangedText(change, param, change.to));
+}
+
+void PrintText(const EffectProbe& probe, const panelState& state, const json& all)
 {
     fmt::print("layer \"{}\", effect {}, frame {}\n", all["layer"].get<std::string>(),
                all["effect"].get<int>(), probe.frame());
     PrintControls(probe, all["controls"], 1);
-    for (const json& change : all["changed"])
-        fmt::print(
-            "changed: {}layer \"{}\", effect {}: {} from {} to {}\n",
-            change["composition"] == ""
-                ? ""
-                : fmt::format("composition \"{}\", ", change["composition"].get<std::string>()),
-            change["layer"].get<std::string>(), change["effect"].get<int>(),
-            probe.declaration().params[change["index"].get<std::size_t>()].name,
-            change["from"].dump(), change["to"].dump());
+    for (const scriptChange& change : state.changes) PrintChange(probe, change);
 }
 
 int Panel(const panelOptions& options)
@@ -191,7 +203,7 @@ int Panel(const panelOptions& options)
     if (options.asJson)
         fmt::print("{}\n", all.dump(1, ' ', false, json::error_handler_t::replace));
     else
-        PrintText(probe, all);
+        PrintText(probe, state, all);
     if (options.changed && !state.maskChosen)
         fmt::print(stderr, "note: nothing was done: \"Mask\" is not set\n");
     probe.Close();

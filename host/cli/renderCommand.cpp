@@ -1,5 +1,6 @@
 // The options of `orv render`, read and checked before anything is loaded.
 #include <charconv>
+#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -105,6 +106,20 @@ renderOptions ReadOptions(const rawOptions& raw)
     return options;
 }
 
+/// CLI11's range lets pass what is not a number.
+CLI::Validator Degrees(double low, double high)
+{
+    CLI::Validator range = CLI::Range(low, high);
+    return CLI::Validator(
+        [=](std::string& text) {
+            std::string problem = range(text);
+            if (problem.empty() && std::isnan(std::stod(text)))
+                problem = fmt::format("{} is not a number", text);
+            return problem;
+        },
+        range.get_description());
+}
+
 }  // namespace
 
 std::function<int()> SetUpRender(CLI::App& command)
@@ -131,11 +146,11 @@ std::function<int()> SetUpRender(CLI::App& command)
     command
         .add_option("--shutter-angle", render.shutterAngle,
                     "Degrees, 0 to 720; overrides the scene's")
-        ->check(CLI::Range(0.0, 720.0));
+        ->check(Degrees(0.0, 720.0));
     command
         .add_option("--shutter-phase", render.shutterPhase,
                     "Degrees, -360 to 360; overrides the scene's")
-        ->check(CLI::Range(-360.0, 360.0));
+        ->check(Degrees(-360.0, 360.0));
     command
         .add_option("--mb-samples", render.motionBlurSamples,
                     "Samples a frame, 2 to 64; overrides the scene's")
