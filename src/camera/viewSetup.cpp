@@ -138,8 +138,8 @@ void SetAttenuation(GLenum light, const lightSettings& settings)
 
 void SetMaterial(const lightSettings& settings, const color4& ambientMean, float alpha)
 {
-    const auto scaled = [](double value, double factor) {
-        return static_cast<float>(value * factor);
+    const auto scaled = [](float value, double factor) {
+        return static_cast<float>(static_cast<double>(value) * factor);
     };
     const float diffuse = scaled(settings.diffuse, kDiffuseFactor);
     const float specular = scaled(settings.specular, kSpecularFactor);
