@@ -69,6 +69,7 @@ void HostDrawing(benchmark::State& state)
     PluginHost plugin(ORV_BENCH_PLUGIN, pluginOptions{});
     Stage stage(plugin, {}, static_cast<int>(state.range(0)));
     double drawing = 0.0;
+    benchmark::DoNotOptimize(stage.DrawScene(0));
     for (auto _ : state) {
         benchmark::DoNotOptimize(stage.DrawScene(0));
         drawing += stage.times().drawSeconds;
