@@ -12,7 +12,7 @@ namespace orv {
 
 struct memoryBlock {
     struct release {
-        void operator()(std::uint8_t* memory) const { std::free(memory); }
+        void operator()(std::uint8_t* start) const { std::free(start); }
     };
     std::unique_ptr<std::uint8_t, release> memory;
     std::size_t capacity = 0;
