@@ -10,6 +10,8 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
+#include <string>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -63,7 +65,13 @@ public:
 
 }  // namespace
 
-ChildProcess::ChildProcess(const std::vector<std::string>& arguments)
+std::string SignalName(int signal)
+{
+    const char* const name = ::sigabbrev_np(signal);
+    return name != nullptr ? std::string("SIG") + name : "signal " + std::to_string(signal);
+}
+
+ChildProcess::ChildProcess(const std::vector<std::string>& arguments, childOutput output)
 {
     std::vector<char*> argv;
     argv.reserve(arguments.size() + 1);
@@ -75,15 +83,18 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments)
     Check(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0, errno,
           "socketpair");
     inputSocket_ = ends[0];
-    outputFile_ = ::memfd_create("output", MFD_CLOEXEC);
-    errorFile_ = ::memfd_create("errors", MFD_CLOEXEC);
 
     SpawnSettings settings;
     posix_spawn_file_actions_adddup2(&settings.actions, ends[1], STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&settings.actions, outputFile_, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&settings.actions, errorFile_, STDERR_FILENO);
+    const bool keep = output == childOutput::kept;
+    if (keep) {
+        outputFile_ = ::memfd_create("output", MFD_CLOEXEC);
+        errorFile_ = ::memfd_create("errors", MFD_CLOEXEC);
+        posix_spawn_file_actions_adddup2(&settings.actions, outputFile_, STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&settings.actions, errorFile_, STDERR_FILENO);
+    }
     settings.UseFreshSignals();
-    const int code = outputFile_ < 0 || errorFile_ < 0
+    const int code = keep && (outputFile_ < 0 || errorFile_ < 0)
                          ? EMFILE
                          : ::posix_spawnp(&process_, argv[0], &settings.actions,
                                           &settings.attributes, argv.data(), environ);
@@ -114,32 +125,43 @@ bool ChildProcess::Feed(std::span<const std::uint8_t> data)
 
 int ChildProcess::Finish()
 {
-    if (inputSocket_ >= 0) ::close(std::exchange(inputSocket_, -1));
+    CloseInput();
     if (process_ < 0) return 0;
+    const childEnd end = Reap();
+    return end.signal != 0 ? 128 + end.signal : end.exitCode;
+}
+
+childEnd ChildProcess::EndWithin(std::chrono::milliseconds limit)
+{
+    constexpr std::chrono::milliseconds kNap(2);
+    CloseInput();
+    if (process_ < 0) return {};
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (IsRunning() && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(kNap);
+    const bool timedOut = IsRunning();
+    childEnd how = EndGroup();
+    how.timedOut = timedOut;
+    return how;
+}
+
+childEnd ChildProcess::EndGroup()
+{
+    // While its leader waits to be reaped, the group's number cannot mean another one.
+    ::kill(-process_, SIGKILL);
+    return Reap();
+}
+
+childEnd ChildProcess::Reap()
+{
     int status = 0;
     pid_t ended = -1;
     do {
         ended = ::waitpid(process_, &status, 0);
     } while (ended < 0 && errno == EINTR);
     process_ = -1;
-    if (ended < 0) return 127;
-    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
-}
-
-std::optional<int> ChildProcess::FinishWithin(std::chrono::milliseconds limit)
-{
-    constexpr std::chrono::milliseconds kNap(2);
-    if (inputSocket_ >= 0) ::close(std::exchange(inputSocket_, -1));
-    const auto end = std::chrono::steady_clock::now() + limit;
-    while (IsRunning()) {
-        if (std::chrono::steady_clock::now() >= end) {
-            ::kill(process_, SIGKILL);
-            (void)Finish();
-            return std::nullopt;
-        }
-        std::this_thread::sleep_for(kNap);
-    }
-    return Finish();
+    if (ended < 0) return {.exitCode = 127};
+    if (WIFSIGNALED(status)) return {.signal = WTERMSIG(status)};
+    return {.exitCode = WEXITSTATUS(status)};
 }
 
 bool ChildProcess::IsRunning() const
@@ -161,6 +183,11 @@ std::string ChildProcess::ReadBack(int file)
         text.append(part.data(), static_cast<std::size_t>(got));
         at += got;
     }
+}
+
+void ChildProcess::CloseInput()
+{
+    if (inputSocket_ >= 0) ::close(std::exchange(inputSocket_, -1));
 }
 
 void ChildProcess::CloseAll()

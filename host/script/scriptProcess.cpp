@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -127,14 +126,17 @@ scriptOutcome RunIn(ChildProcess& program, const std::string& request)
 {
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(request.data());
     (void)program.Feed({bytes, request.size()});
-    const std::optional<int> code = program.FinishWithin(std::chrono::seconds(kScriptSeconds));
-    if (!code)
+    const childEnd end = program.EndWithin(std::chrono::seconds(kScriptSeconds));
+    if (end.timedOut)
         return Ended(scriptEnd::stopped, fmt::format("stopped after {} seconds", kScriptSeconds));
-    if (*code == kScriptOutOfMemory)
+    if (end.signal != 0)
+        return Ended(scriptEnd::failed,
+                     fmt::format("the engine was killed by {}", SignalName(end.signal)));
+    if (end.exitCode == kScriptOutOfMemory)
         return Ended(scriptEnd::outOfMemory,
                      fmt::format("asked for more than {} MB", kScriptMegabytes));
-    if (*code != 0)
-        return Ended(scriptEnd::failed, fmt::format("the engine ended with code {}", *code));
+    if (end.exitCode != 0)
+        return Ended(scriptEnd::failed, fmt::format("the engine ended with code {}", end.exitCode));
     return ReadAnswer(program.Output());
 }
 

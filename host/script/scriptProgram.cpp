@@ -30,7 +30,6 @@ void Limit(__rlimit_resource which, rlim_t most)
 
 void LimitProcess()
 {
-    (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
     Limit(RLIMIT_CORE, 0);
     Limit(RLIMIT_FSIZE, rlim_t{orv::kScriptMegabytes} << 20);  // the answer may go to a file
     Limit(RLIMIT_NOFILE, 3);
@@ -159,6 +158,8 @@ duk_ret_t Run(duk_context* engine, void*)
 
 int main()
 {
+    // Before anything else: one whose parent died even earlier finds half a project, or none.
+    (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
     const std::string input = ReadInput();
     LimitProcess();
     BoundedHeap heap;
