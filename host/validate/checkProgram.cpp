@@ -1,0 +1,115 @@
+// orv-check: runs one validation test in a process of its own, for `orv validate`.
+//
+// The report goes to the standard output, after a line of fixed length that always holds what the
+// test is doing. Whatever a module prints is kept off it.
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include "validate/protocol.h"
+#include "validate/testReport.h"
+#include "validate/testTable.h"
+
+namespace {
+
+/// Takes the standard output for itself; what is printed from now on goes to the errors.
+int TakeOutput()
+{
+    const int output = dup(STDOUT_FILENO);
+    if (output < 0 || dup2(STDERR_FILENO, STDOUT_FILENO) < 0) std::exit(orv::kCheckBroken);
+    return output;
+}
+
+class ReportFile {
+public:
+    explicit ReportFile(int file) : file_(file) {}
+
+    void Doing(std::string_view what)
+    {
+        std::string line(what.substr(0, orv::kActivityBytes - 1));
+        std::ranges::replace(line, '\n', ' ');
+        line.resize(orv::kActivityBytes - 1, ' ');
+        line += '\n';
+        WriteAt(line, 0);
+    }
+    void Finish(const orv::testReport& report)
+    {
+        WriteAt(ReportText(report) + "\n", orv::kActivityBytes);
+    }
+
+private:
+    /// By hand on a terminal there are no places to write to: the end is what counts there.
+    void WriteAt(std::string_view text, std::size_t place)
+    {
+        const bool placed = pwrite(file_, text.data(), text.size(), static_cast<off_t>(place)) >= 0;
+        if (!placed && place != 0 && write(file_, text.data(), text.size()) < 0)
+            std::exit(orv::kCheckBroken);
+    }
+
+    int file_;
+};
+
+orv::testReport RunTest(const orv::validationTest& test, const orv::testSetting& setting,
+                        ReportFile& file)
+{
+    orv::testReport report;
+    report.name = test.name;
+    report.level = test.level;
+    orv::Checks checks([&file](std::string_view what) { file.Doing(what); });
+    const auto start = std::chrono::steady_clock::now();
+    try {
+        test.run(setting, checks);
+    } catch (const orv::testSkipped& why) {
+        report.state = orv::testState::skipped;
+        report.reason = why.what();
+    } catch (const std::exception& problem) {
+        checks.That(false, "{}", problem.what());
+    }
+    report.seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    if (checks.made() == 0 && report.reason.empty()) checks.That(false, "nothing was checked");
+    report.checks = checks.made();
+    report.failed = checks.failed();
+    report.failures = checks.failures();
+    report.figures = checks.figures();
+    if (report.failed > 0)
+        report.state = orv::testState::failed;
+    else if (report.reason.empty())
+        report.state = orv::testState::passed;
+    return report;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[])
+{
+    CLI::App app("orv-check: runs one validation test; see 'orv validate'.", "orv-check");
+    orv::testSetting setting;
+    std::string name;
+    app.add_option("--test", name)->required();
+    app.add_option("--plugin", setting.module)->required();
+    app.add_option("--strictness", setting.strictness)->check(CLI::Range(1, orv::kLevels));
+    app.add_option("--seed", setting.seed);
+    CLI11_PARSE(app, argc, argv);
+
+    const std::vector<orv::validationTest> tests = orv::AllTests();
+    const auto test = std::ranges::find(tests, name, &orv::validationTest::name);
+    if (test == tests.end()) {
+        fmt::print(stderr, "orv-check: there is no test '{}'\n", name);
+        return orv::kCheckBroken;
+    }
+    setting.full = test->level <= setting.strictness;
+    ReportFile file(TakeOutput());
+    file.Finish(RunTest(*test, setting, file));
+    // The module's own ends would come now; whether they are clean is a test of its own.
+    std::fflush(nullptr);
+    return 0;
+}
