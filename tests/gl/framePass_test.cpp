@@ -253,7 +253,7 @@ TEST_P(FramePass, DepthOfFieldBlursAwayFromTheFocusDistance)
     instant.camera = MakeCamData(1);
     instant.camera.cameraMatrix.mat[3][0] = kWidth / 2;
     instant.camera.cameraMatrix.mat[3][1] = kHeight / 2;
-    instant.camera.cameraMatrix.mat[3][2] = -distance;
+    instant.camera.cameraMatrix.mat[3][2] = -static_cast<double>(distance);
     instant.camera.zoom = distance;
     instant.camera.depthOfField = 1.0f;
     instant.camera.blurLevel = 100.0f;

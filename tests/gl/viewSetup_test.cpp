@@ -53,7 +53,9 @@ camData Camera(const std::array<vec, 4>& rows, float zoom)
 /// Looking along z at the centre of a w x h layer, which it shows at its own size.
 camData FrontCamera(double w, double h, float distance)
 {
-    return Camera({{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {w / 2, h / 2, -double{distance}}}}, distance);
+    return Camera(
+        {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {w / 2, h / 2, -static_cast<double>(distance)}}},
+        distance);
 }
 
 struct viewCase {

@@ -195,7 +195,7 @@ TEST(Defaults, StandWhereTheSceneSetsNothing)
     Stage stage;
     for (const auto& [quality, x, y] :
          {std::tuple{kFull, 100.0, 50.0}, std::tuple{kReduced, 50.0, 50.0 / 3}}) {
-        stage.With(10, quality, [&](PF_InData&, PF_ParamDef* params[]) {
+        stage.With(10, quality, [x = x, y = y](PF_InData&, PF_ParamDef* params[]) {
             EXPECT_EQ(params[kAmount]->u.fs_d.value, 25.0);
             EXPECT_EQ(params[kChoice]->u.pd.value, 2);
             EXPECT_EQ(params[kInk]->u.cd.value.blue, 255);
