@@ -75,8 +75,8 @@ void CheckMemory(HostSession& session, PF_Cmd cmd, const CommandRecords& records
     if (const std::string damage = records.Damage(); !damage.empty()) {
         (void)session.BreakRule(damage);
     }
-    if (!session.worlds.PaddingsAreIntact()) {
-        (void)session.BreakRule("something was written outside the rows of a world");
+    if (const std::string damage = session.worlds.DamagedPadding(); !damage.empty()) {
+        (void)session.BreakRule(damage);
     }
     for (const void* handle : session.ledger.OutOfPlace(loanKind::handle, {})) {
         if (!session.handles.IsIntact(static_cast<PF_Handle>(const_cast<void*>(handle)))) {

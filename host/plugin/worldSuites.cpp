@@ -43,8 +43,8 @@ PF_Err DisposeWorld(HostSession& session, PF_ProgPtr, PF_EffectWorld* world)
     if (made == nullptr || !session.ledger.GiveBack(loanKind::world, made->world.data)) {
         return RefuseForeign(session, "PF_DisposeWorld", "world");
     }
-    if (!PaddingIsIntact(*made)) {
-        (void)session.BreakRule("something was written outside the rows of a world");
+    if (const std::string damage = PaddingDamage(*made); !damage.empty()) {
+        (void)session.BreakRule(damage);
     }
     session.worlds.Free(*made);
     *world = {};

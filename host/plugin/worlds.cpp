@@ -5,21 +5,28 @@
 #include <new>
 #include <span>
 
+#include <fmt/format.h>
+
 namespace orv {
 
 namespace {
 
-constexpr std::size_t kMargin = 64;  ///< sentinels before the first row and behind the last
 constexpr std::uint8_t kSentinel = 0xA7;
 constexpr std::uint8_t kUnclearedByte = 0x5C;  ///< a 16-bit channel of it is still within range
 
+/// Sentinels before the first row and behind the last, at least a row of them: an effect that draws
+/// a row too many meets no other memory. A multiple of 64, for the alignment of the pixels.
+std::size_t MarginBytes(A_long rowBytes)
+{
+    return (static_cast<std::size_t>(rowBytes) + 63) / 64 * 64;
+}
 std::span<std::uint8_t> FrontMargin(const hostWorld& world)
 {
-    return {world.block.memory.get(), kMargin};
+    return {world.block.memory.get(), MarginBytes(world.world.rowbytes)};
 }
 std::span<std::uint8_t> BackMargin(const hostWorld& world)
 {
-    return {world.row(world.world.height), kMargin};
+    return {world.row(world.world.height), MarginBytes(world.world.rowbytes)};
 }
 std::span<std::uint8_t> Padding(const hostWorld& world, A_long y)
 {
@@ -79,8 +86,9 @@ hostWorld* WorldStore::New(A_long width, A_long height, PF_PixelFormat format, b
     world.width = width;
     world.height = height;
     world.extent_hint = {0, 0, width, height};
+    const std::size_t margin = MarginBytes(world.rowbytes);
     const std::size_t bytes =
-        static_cast<std::size_t>(world.rowbytes) * static_cast<std::size_t>(height) + 2 * kMargin;
+        static_cast<std::size_t>(world.rowbytes) * static_cast<std::size_t>(height) + 2 * margin;
     fresh->block = memory_.Take(bytes);
     if (!fresh->block.memory) return nullptr;
     std::uint8_t* memory = fresh->block.memory.get();
@@ -89,7 +97,7 @@ hostWorld* WorldStore::New(A_long width, A_long height, PF_PixelFormat format, b
     } else if (!fresh->block.zeroed) {
         std::memset(memory, 0, bytes);
     }
-    world.data = memory + kMargin;
+    world.data = memory + margin;
     WriteSentinels(*fresh);
     hostWorld* made = fresh.get();
     worlds_.emplace(made->world.data, std::move(fresh));
@@ -115,10 +123,11 @@ void WorldStore::FreeAt(const void* pixels)
     worlds_.erase(found);
 }
 
-bool WorldStore::PaddingsAreIntact() const
+std::string WorldStore::DamagedPadding() const
 {
-    return std::ranges::all_of(worlds_,
-                               [](const auto& each) { return PaddingIsIntact(*each.second); });
+    for (const auto& [pixels, each] : worlds_)
+        if (std::string damage = PaddingDamage(*each); !damage.empty()) return damage;
+    return {};
 }
 
 ownedWorld OwnBlankWorld(WorldStore& store, const image& like)
@@ -136,16 +145,21 @@ ownedWorld OwnWorldFrom(WorldStore& store, const image& picture)
     return made;
 }
 
-bool PaddingIsIntact(const hostWorld& world)
+std::string PaddingDamage(const hostWorld& world)
 {
-    const auto intact = [](std::span<const std::uint8_t> bytes) {
-        return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == kSentinel; });
+    const auto damaged = [](std::span<const std::uint8_t> bytes) {
+        return std::ranges::any_of(bytes, [](std::uint8_t byte) { return byte != kSentinel; });
     };
-    if (!intact(FrontMargin(world)) || !intact(BackMargin(world))) return false;
-    for (A_long y = 0; y < world.world.height; ++y) {
-        if (!intact(Padding(world, y))) return false;
-    }
-    return true;
+    const auto told = [&](const std::string& place) {
+        return fmt::format(
+            "something was written outside the rows of a world of {} x {} pixels: {}",
+            world.world.width, world.world.height, place);
+    };
+    for (A_long y = 0; y < world.world.height; ++y)
+        if (damaged(Padding(world, y))) return told(fmt::format("behind row {}", y));
+    if (damaged(FrontMargin(world))) return told("before the first row");
+    if (damaged(BackMargin(world))) return told("behind the last row");
+    return {};
 }
 
 image ToImage(const hostWorld& world)

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <unordered_map>
 
 #include "host_api.h"
@@ -46,8 +47,8 @@ public:
     void Free(const hostWorld& world) { FreeAt(world.world.data); }
     /// By the address of its pixels.
     void FreeAt(const void* pixels);
-    /// Whether nothing was written outside the rows of any world.
-    [[nodiscard]] bool PaddingsAreIntact() const;
+    /// PaddingDamage of the first world that has some.
+    [[nodiscard]] std::string DamagedPadding() const;
 
 private:
     std::unordered_map<const void*, std::unique_ptr<hostWorld>> worlds_;
@@ -67,8 +68,8 @@ using ownedWorld = std::unique_ptr<hostWorld, freeWorld>;
 ownedWorld OwnWorldFrom(WorldStore& store, const image& picture);
 ownedWorld OwnBlankWorld(WorldStore& store, const image& like);
 
-/// Whether nothing was written outside the rows.
-bool PaddingIsIntact(const hostWorld& world);
+/// Where something was written outside the rows, as a broken rule; "" if nowhere.
+std::string PaddingDamage(const hostWorld& world);
 /// The pixels without the padding. The depth must be 8 or 16 bits.
 image ToImage(const hostWorld& world);
 /// Sizes and depths must be equal.

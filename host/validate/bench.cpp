@@ -19,14 +19,28 @@ ValidationBench::ValidationBench(const std::string& module, pluginOptions option
 
 ValidationBench::~ValidationBench() = default;
 
-void ValidationBench::Show(const sceneSketch& sketch)
+std::size_t ValidationBench::Show(const sceneSketch& sketch)
 {
     loadOptions loading;
     loading.effects.push_back(host_->declaration());
     scenes_.push_back(std::make_unique<project>(
         LoadSceneText(SceneText(sketch, host_->declaration()), kSceneName, loading,
                       [this](const std::string& text) { warnings_.push_back(text); })));
-    SetQuality({1, 1, sketch.depth});
+    ShowAgain(scenes_.size() - 1);
+    return shown_;
+}
+
+void ValidationBench::ShowAgain(std::size_t number)
+{
+    shown_ = number;
+    SetQuality({1, 1, scene().depth});
+}
+
+void ValidationBench::Edit(const std::function<void(layer&)>& change)
+{
+    change(scenes_.at(shown_)->compositions.front().layers.front());
+    // What was drawn of the layer before is not to be found again.
+    SetQuality(quality_);
 }
 
 void ValidationBench::SetQuality(const renderQuality& quality)

@@ -23,9 +23,13 @@ public:
     ValidationBench(const ValidationBench&) = delete;
     ValidationBench& operator=(const ValidationBench&) = delete;
 
-    /// Puts a scene on the bench; instances of the one before stay known to the host, as those of
-    /// another composition would. Throws failure(scene).
-    void Show(const sceneSketch& sketch);
+    /// Puts a scene on the bench and returns its number, from 0; instances of the one before stay
+    /// known to the host, as those of another composition would. Throws failure(scene).
+    std::size_t Show(const sceneSketch& sketch);
+    /// Puts the scene of that number on the bench again, with the instance as it was left.
+    void ShowAgain(std::size_t number);
+    /// Changes the layer "effect" of the scene on the bench, as its user would: the instance stays.
+    void Edit(const std::function<void(layer&)>& change);
     /// Resolution and depth for what follows; the scene's own at first.
     void SetQuality(const renderQuality& quality);
 
@@ -40,7 +44,7 @@ public:
 
     [[nodiscard]] PluginHost& host() { return *host_; }
     [[nodiscard]] const effectDeclaration& declaration() const { return host_->declaration(); }
-    [[nodiscard]] const project& scene() const { return *scenes_.back(); }
+    [[nodiscard]] const project& scene() const { return *scenes_.at(shown_); }
     [[nodiscard]] const layer& owner() const;
     /// Messages of the effect with result 0, and what loading the scenes warned of.
     [[nodiscard]] const std::vector<std::string>& warnings() const { return warnings_; }
@@ -49,6 +53,7 @@ private:
     std::vector<std::string> warnings_;
     std::unique_ptr<PluginHost> host_;
     std::vector<std::unique_ptr<project>> scenes_;  ///< instances are known by their composition
+    std::size_t shown_ = 0;
     std::unique_ptr<PluginEffectRunner> runner_;
     std::unique_ptr<SceneRenderer> renderer_;
     renderQuality quality_;

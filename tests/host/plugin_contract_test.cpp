@@ -225,7 +225,8 @@ INSTANTIATE_TEST_SUITE_P(
                               [](PF_InData&, PF_ParamDef* params[]) {
                                   static_cast<PF_Pixel8*>(params[0]->u.ld.data)[200].red ^= 1;
                               },
-                              "something was written outside the rows of a world"},
+                              "something was written outside the rows of a world of 200 x 100 "
+                              "pixels: behind row 0"},
                     faultCase{"InTheInput",
                               [](PF_InData&, PF_ParamDef* params[]) {
                                   static_cast<PF_Pixel8*>(params[0]->u.ld.data)[199].red ^= 1;

@@ -41,15 +41,21 @@ TEST_P(WorldLayout, RowsArePaddedToWholePixelsAndWatched)
     EXPECT_NE(store.New(5, 3, GetParam(), true)->world.rowbytes, world->world.rowbytes);
 
     std::memset(world->row(2), 0xFF, static_cast<std::size_t>(5 * pixel));
-    EXPECT_TRUE(PaddingIsIntact(*world));
-    for (std::uint8_t* outside :
-         {world->row(1) + 5 * pixel, world->row(0) - 1, world->row(3) - 1, world->row(3)}) {
+    EXPECT_EQ(PaddingDamage(*world), "");
+    const std::pair<std::uint8_t*, const char*> outsides[] = {
+        {world->row(1) + 5 * pixel, "behind row 1"}, {world->row(3) - 1, "behind row 2"},
+        {world->row(0) - 1, "before the first row"}, {world->row(-1), "before the first row"},
+        {world->row(3), "behind the last row"},      {world->row(4) - 1, "behind the last row"}};
+    for (const auto& [outside, place] : outsides) {
         const std::uint8_t before = *outside;
         *outside = static_cast<std::uint8_t>(before + 1);
-        EXPECT_FALSE(PaddingIsIntact(*world));
+        EXPECT_EQ(PaddingDamage(*world),
+                  std::string("something was written outside the rows of a world of 5 x 3 "
+                              "pixels: ") +
+                      place);
         *outside = before;
     }
-    EXPECT_TRUE(PaddingIsIntact(*world));
+    EXPECT_EQ(PaddingDamage(*world), "");
 }
 INSTANTIATE_TEST_SUITE_P(Formats, WorldLayout,
                          testing::Values(PF_PixelFormat_ARGB32, PF_PixelFormat_ARGB64,
@@ -83,7 +89,7 @@ TEST(WorldStore, AClearWorldIsClearInMemoryThatWasUsed)
                 At8(*world, x, y).green = 77;
             }
         }
-        ASSERT_TRUE(PaddingIsIntact(*world));
+        ASSERT_EQ(PaddingDamage(*world), "");
         store.Free(*world);
     }
 }
@@ -256,7 +262,7 @@ TEST(Transfer16, PartsOutsideTheTargetAreLeftOut)
     EXPECT_EQ(At16(*to, 1, 2).red, 2);
     EXPECT_EQ(At16(*to, 2, 2).alpha, 0);
     EXPECT_EQ(At16(*to, 0, 1).alpha, 0);
-    EXPECT_TRUE(PaddingIsIntact(*to));
+    EXPECT_EQ(PaddingDamage(*to), "");
 }
 
 TEST(ChannelRange, OneTooMuchIsFound)
