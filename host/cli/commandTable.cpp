@@ -21,6 +21,8 @@ constexpr std::array kCommands{
     commandRow{"inspect", "Show what a scene file holds", SetUpInspect},
     commandRow{"mesh", "Write the ribbon of a frame for 3D programs", SetUpMesh},
     commandRow{"panel", "Show the effect's controls as a user sees them", SetUpPanel},
+    commandRow{"validate", "Test whether an effect module keeps its contract", SetUpValidate},
+    commandRow{"render-worker", "", SetUpRenderWorker},
 };
 
 constexpr const char* kExamples =
@@ -32,6 +34,7 @@ constexpr const char* kExamples =
     "  orv inspect scene.json\n"
     "  orv mesh scene.json --frame 12 -o ribbon.obj\n"
     "  orv panel scene.json\n"
+    "  orv validate --plugin Effect.so\n"
     "'orv COMMAND --help' lists a command's options.\n";
 
 int Report(const std::string& text, int code)
@@ -72,6 +75,7 @@ int RunCommandLine(int argc, char* argv[])
     for (const commandRow& row : Commands()) {
         CLI::App* const command =
             app.add_subcommand(std::string(row.name), std::string(row.summary));
+        if (row.summary.empty()) command->group("");  // in no help
         command->callback([&code, run = row.setUp(*command)] { code = RunGuarded(run); });
     }
     try {

@@ -16,7 +16,8 @@ namespace orv {
 using commandSetUp = std::function<int()> (*)(CLI::App& command);
 
 struct commandRow {
-    std::string_view name, summary;
+    std::string_view name;
+    std::string_view summary;  ///< "": for our own use, in no help
     commandSetUp setUp;
 };
 
@@ -26,9 +27,11 @@ std::span<const commandRow> Commands();
 int RunCommandLine(int argc, char* argv[]);
 
 std::function<int()> SetUpRender(CLI::App& command);
+std::function<int()> SetUpRenderWorker(CLI::App& command);
 std::function<int()> SetUpParams(CLI::App& command);
 std::function<int()> SetUpInspect(CLI::App& command);
 std::function<int()> SetUpMesh(CLI::App& command);
 std::function<int()> SetUpPanel(CLI::App& command);
+std::function<int()> SetUpValidate(CLI::App& command);
 
 }  // namespace orv

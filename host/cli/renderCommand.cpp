@@ -1,10 +1,12 @@
 // The options of `orv render`, read and checked before anything is loaded.
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
@@ -19,6 +21,8 @@ namespace orv {
 namespace {
 
 constexpr int kMaxDivisor = 8;
+constexpr int kMostJobs = 256;
+constexpr std::uint64_t kLeastMemory = std::uint64_t{64} << 20;  // less does not start
 
 constexpr const char* kDetails =
     "Frames: 7, 0-47, 0-100x5 (every fifth), 47-0 (backwards), 1,3,8-9.\n"
@@ -33,6 +37,10 @@ constexpr const char* kDetails =
     "  .mp4 .gif         video (H.264, over black; GIF)\n"
     "Videos need the program ffmpeg. One that was interrupted plays and keeps .partial in its "
     "name.\n"
+    "\n"
+    "Worker processes: a frame whose process crashes, or takes too long or too much memory, fails "
+    "with\n"
+    "the reason, another process takes its place and the run goes on. A video ends there.\n"
     "\n"
     "--set puts a value into every instance of the effect, or into those on LAYER (name or ind):\n"
     "  sliders a number, angles degrees, checkboxes on or off, popups a number from 1 or the\n"
@@ -51,6 +59,10 @@ struct rawOptions {
     std::optional<std::string> output, frames, composition, layer, downsample, motionBlur, exr;
     int depth = 0;
     std::vector<std::string> sets;
+    bool isolate = false;
+    std::optional<int> jobs;
+    std::optional<double> frameTimeout;
+    std::optional<std::uint64_t> memoryLimit;
     renderOptions render;
 };
 
@@ -89,6 +101,20 @@ void CheckTogether(const renderOptions& options, bool exrGiven)
         Refuse("--continue needs pictures: a video cannot leave a frame out");
 }
 
+/// Each of these options asks for workers: only a process can be stopped.
+std::optional<workerOptions> ReadWorkers(const rawOptions& raw)
+{
+    if (!raw.isolate && !raw.jobs && !raw.frameTimeout && !raw.memoryLimit) return std::nullopt;
+    workerOptions workers;
+    workers.jobs = raw.jobs.value_or(workers.jobs);
+    workers.frameTimeout = raw.frameTimeout;
+    workers.memoryLimit = raw.memoryLimit.value_or(workers.memoryLimit);
+    if (workers.memoryLimit < kLeastMemory)
+        Refuse(fmt::format("--memory-limit: {} bytes are less than {} MB", workers.memoryLimit,
+                           kLeastMemory >> 20));
+    return workers;
+}
+
 renderOptions ReadOptions(const rawOptions& raw)
 {
     renderOptions options = raw.render;
@@ -102,12 +128,13 @@ renderOptions ReadOptions(const rawOptions& raw)
     if (raw.motionBlur) options.motionBlur = raw.motionBlur == "on";
     if (raw.exr == "float") options.exr = exrPixel::full;
     for (const std::string& text : raw.sets) options.sets.push_back(ParseSet(text));
+    options.workers = ReadWorkers(raw);
     CheckTogether(options, raw.exr.has_value());
     return options;
 }
 
 /// CLI11's range lets pass what is not a number.
-CLI::Validator Degrees(double low, double high)
+CLI::Validator Number(double low, double high)
 {
     CLI::Validator range = CLI::Range(low, high);
     return CLI::Validator(
@@ -120,11 +147,31 @@ CLI::Validator Degrees(double low, double high)
         range.get_description());
 }
 
-}  // namespace
-
-std::function<int()> SetUpRender(CLI::App& command)
+void AddWorkerOptions(CLI::App& command, rawOptions& raw)
 {
-    const auto raw = std::make_shared<rawOptions>();
+    const std::string group = "Options for worker processes, each of which asks for them";
+    command.add_flag("--isolate", raw.isolate, "Render in a process of its own, as --jobs 1")
+        ->group(group);
+    command.add_option("--jobs", raw.jobs, "Render in so many processes at once")
+        ->check(CLI::Range(1, kMostJobs))
+        ->group(group);
+    command
+        .add_option("--frame-timeout", raw.frameTimeout,
+                    "Seconds that a frame may take; loading may take 30, or as long if that is "
+                    "more")
+        ->check(Number(0.01, 1e6))
+        ->group(group);
+    command
+        .add_option("--memory-limit", raw.memoryLimit,
+                    "Memory that a process may take, such as 512M; default 4G")
+        ->transform(CLI::AsSizeValue(false))
+        ->group(group);
+}
+
+/// Declares all options. They are read into the result.
+std::shared_ptr<rawOptions> AddOptions(CLI::App& command)
+{
+    auto raw = std::make_shared<rawOptions>();
     renderOptions& render = raw->render;
     command.add_option("SCENE", render.scene, "Scene file")->required();
     const auto addText = [&command](const char* name, std::optional<std::string>& target,
@@ -146,11 +193,11 @@ std::function<int()> SetUpRender(CLI::App& command)
     command
         .add_option("--shutter-angle", render.shutterAngle,
                     "Degrees, 0 to 720; overrides the scene's")
-        ->check(Degrees(0.0, 720.0));
+        ->check(Number(0.0, 720.0));
     command
         .add_option("--shutter-phase", render.shutterPhase,
                     "Degrees, -360 to 360; overrides the scene's")
-        ->check(Degrees(-360.0, 360.0));
+        ->check(Number(-360.0, 360.0));
     command
         .add_option("--mb-samples", render.motionBlurSamples,
                     "Samples a frame, 2 to 64; overrides the scene's")
@@ -169,8 +216,47 @@ std::function<int()> SetUpRender(CLI::App& command)
                        "Effect module; default: KAL_Orv.so beside this program");
     command.add_option("--stats", render.stats, "Write figures of the run to this JSON file");
     command.add_flag("--quiet", render.quiet, "No progress, only warnings and errors");
+    AddWorkerOptions(command, *raw);
     command.footer(kDetails + ("\n" + ExitCodeHelp()));
-    return [raw] { return RunRender(ReadOptions(*raw)); };
+    return raw;
+}
+
+/// The words from which the same options are read again.
+std::vector<std::string> Words(const CLI::App& command)
+{
+    std::vector<std::string> words, positionals{"--"};
+    for (const CLI::Option* each : command.get_options()) {
+        const std::string name = each->get_name();
+        const bool isFlag = each->get_expected_max() == 0;
+        for (const std::string& value : each->results()) {
+            if (each->get_positional()) {
+                positionals.push_back(value);
+                continue;
+            }
+            words.push_back(name);
+            if (!isFlag) words.push_back(value);
+        }
+    }
+    words.insert(words.end(), positionals.begin(), positionals.end());
+    return words;
+}
+
+}  // namespace
+
+std::function<int()> SetUpRender(CLI::App& command)
+{
+    const auto raw = AddOptions(command);
+    return [raw, &command] {
+        renderOptions options = ReadOptions(*raw);
+        if (options.workers) options.workers->arguments = Words(command);
+        return RunRender(options);
+    };
+}
+
+std::function<int()> SetUpRenderWorker(CLI::App& command)
+{
+    const auto raw = AddOptions(command);
+    return [raw] { return RunRenderWorker(ReadOptions(*raw)); };
 }
 
 }  // namespace orv

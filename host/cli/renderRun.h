@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +13,14 @@
 #include "image/imageFile.h"
 
 namespace orv {
+
+/// How frames are rendered in processes of their own.
+struct workerOptions {
+    int jobs = 1;                        ///< processes at once
+    std::optional<double> frameTimeout;  ///< seconds; none: a frame may take for ever
+    std::uint64_t memoryLimit = std::uint64_t{4} << 30;  ///< bytes, of each
+    std::vector<std::string> arguments;  ///< the command line from which a worker reads the rest
+};
 
 /// What the command line asks for; what is missing comes from the scene.
 struct renderOptions {
@@ -28,10 +37,15 @@ struct renderOptions {
     std::vector<setRequest> sets;
     bool strict = false, allowOutside = false, allowTruncated = false;
     bool resume = false, keepGoing = false, quiet = false;
+    std::optional<workerOptions> workers;  ///< none: frames are rendered in this process
 };
 
 /// Returns the exit code: frames that fail are told on stderr. Throws failure for what ends the
 /// whole run before its first frame.
 int RunRender(const renderOptions& options);
+
+/// The same as a worker process of another run: its frames come through the standard input, which
+/// is a socket, and the answers go back there.
+int RunRenderWorker(const renderOptions& options);
 
 }  // namespace orv

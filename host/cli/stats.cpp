@@ -2,6 +2,7 @@
 
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -40,9 +41,10 @@ json FrameJson(const frameStats& frame)
 
 std::int64_t PeakMemoryBytes()
 {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return std::int64_t{usage.ru_maxrss} * 1024;
+    rusage own{}, largestChild{};
+    getrusage(RUSAGE_SELF, &own);
+    getrusage(RUSAGE_CHILDREN, &largestChild);
+    return std::int64_t{std::max(own.ru_maxrss, largestChild.ru_maxrss)} * 1024;
 }
 
 template <class Value>

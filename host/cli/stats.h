@@ -9,8 +9,8 @@ namespace orv {
 
 enum class frameResult { rendered, skipped, failed };
 
-/// Seconds. `load` is what the frame waited for loading: the first one carries the plug-in and the
-/// scene with all its pictures, later ones carry 0.
+/// Seconds. `load` is what the frame waited for loading: the first one of each process carries the
+/// plug-in and the scene with all its pictures, later ones carry 0.
 struct frameStats {
     int frame = 0;
     frameResult result = frameResult::rendered;
@@ -30,7 +30,7 @@ struct renderStats {
     int exitCode = 0;
 };
 
-/// One JSON object; adds the sums and the peak memory of this process.
+/// One JSON object; adds the sums and the peak memory of the run's largest process.
 std::string StatsJson(const renderStats& stats);
 /// Throws failure(output) with file and reason.
 void WriteStats(const renderStats& stats, const std::string& file);

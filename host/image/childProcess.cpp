@@ -144,6 +144,16 @@ childEnd ChildProcess::EndWithin(std::chrono::milliseconds limit)
     return how;
 }
 
+childEnd ChildProcess::EndNow()
+{
+    return process_ < 0 ? childEnd{} : EndGroup();
+}
+
+void ChildProcess::EndInput()
+{
+    if (inputSocket_ >= 0) ::shutdown(inputSocket_, SHUT_WR);
+}
+
 childEnd ChildProcess::EndGroup()
 {
     // While its leader waits to be reaped, the group's number cannot mean another one.

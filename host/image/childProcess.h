@@ -46,12 +46,19 @@ public:
     /// The same, but a program that is still running after `limit` is killed. Whatever it started
     /// and left running in its group is killed with it, and also after a timely end.
     childEnd EndWithin(std::chrono::milliseconds limit);
+    /// Kills the group at once. An earlier end of the program's own is told as it was.
+    childEnd EndNow();
+    [[nodiscard]] bool IsRunning() const;
+    [[nodiscard]] pid_t process() const { return process_; }
+    /// Our end of its standard input, which is also where it may answer.
+    [[nodiscard]] int socket() const { return inputSocket_; }
+    /// Ends its input; what it answers can still be read.
+    void EndInput();
     /// What it printed, after its end, when that is kept.
     [[nodiscard]] std::string Output() const { return ReadBack(outputFile_); }
     [[nodiscard]] std::string Errors() const { return ReadBack(errorFile_); }
 
 private:
-    [[nodiscard]] bool IsRunning() const;
     childEnd EndGroup();
     childEnd Reap();
     static std::string ReadBack(int file);

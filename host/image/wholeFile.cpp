@@ -22,6 +22,11 @@ namespace {
     throw failure(failureKind::output, fmt::format("{}: cannot be written: {}", file, reason));
 }
 
+std::string TemporaryName(const std::string& file, pid_t writer, int attempt)
+{
+    return fmt::format("{}.{}-{}.partial", file, writer, attempt);
+}
+
 /// A file under construction: removed again unless it was given its final name.
 class TemporaryFile {
 public:
@@ -29,7 +34,7 @@ public:
     {
         // Another run may be writing the same file, and one that was killed may have left its own.
         for (int attempt = 0; descriptor_ < 0; ++attempt) {
-            name_ = fmt::format("{}.{}-{}.partial", file, ::getpid(), attempt);
+            name_ = TemporaryName(file, ::getpid(), attempt);
             descriptor_ = ::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
             if (descriptor_ < 0 && errno != EEXIST) Refuse(file_, std::strerror(errno));
         }
@@ -76,6 +81,11 @@ void WriteWholeFile(const std::string& file, std::span<const std::uint8_t> data)
     TemporaryFile temporary(file);
     temporary.Write(data);
     temporary.GiveFinalName();
+}
+
+void RemoveUnfinished(const std::string& file, pid_t writer)
+{
+    for (int attempt = 0; ::unlink(TemporaryName(file, writer, attempt).c_str()) == 0;) ++attempt;
 }
 
 bool ReadWholeFile(const std::string& file, std::uint64_t limit, std::string& data)

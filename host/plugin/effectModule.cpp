@@ -33,6 +33,30 @@ std::string PlaceOf(const effectFrame* frame)
     return fmt::format(" on layer \"{}\" at frame {:g}", frame->owner->name, frame->t);
 }
 
+/// Tells the observer of a command while it runs.
+class ObservedCommand {
+public:
+    ObservedCommand(const commandObserver& observe, PF_Cmd cmd, const std::string& effectName,
+                    const effectFrame* frame)
+        : observe_(observe)
+    {
+        if (!observe_) return;
+        text_ = fmt::format("PF_Cmd_{} to {}", CommandName(cmd), effectName);
+        if (frame != nullptr) text_ += fmt::format(" on layer \"{}\"", frame->owner->name);
+        observe_(text_, false);
+    }
+    ~ObservedCommand()
+    {
+        if (observe_) observe_(text_, true);
+    }
+    ObservedCommand(const ObservedCommand&) = delete;
+    ObservedCommand& operator=(const ObservedCommand&) = delete;
+
+private:
+    const commandObserver& observe_;
+    std::string text_;
+};
+
 instanceKey KeyOf(const effectFrame& frame)
 {
     return {frame.shown.comp, frame.owner->index, frame.effectIndex};
@@ -123,6 +147,8 @@ commandOutcome EffectModule::Run(PF_Cmd cmd, CommandRecords& records)
     commandOutcome outcome =
         RunCommand(session_, cmd, records,
                    [&](PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_LayerDef* output) {
+                       const ObservedCommand observed(session_.options.observe, cmd, name(),
+                                                      records.context().frame);
                        return entry_(cmd, &in, &out, params, output, nullptr);
                    });
     if (outcome.thrown) {

@@ -48,12 +48,17 @@ struct callGate {
 /// The host's preferences by section and key. In memory: nothing is read from or kept on disk.
 using preferenceStore = std::map<std::pair<std::string, std::string>, std::int32_t>;
 
+/// Told of every command, "PF_Cmd_RENDER to KAL_Orv on layer "wave"", before it is sent, and again
+/// with `answered` when it is over. Must not throw.
+using commandObserver = std::function<void(const std::string& command, bool answered)>;
+
 struct pluginOptions {
     int apiMajor = 13;                  ///< version of the effect API that effects are told
     warningSink warn;                   ///< messages of effects with result 0, once each text
     std::function<bool()> interrupted;  ///< asked by `abort`; may be empty
     preferenceStore preferences;        ///< as an effect finds them at GLOBAL_SETUP
     scriptRunner runScript;             ///< empty: effects are told that there are no scripts
+    commandObserver observe;            ///< may be empty
 };
 
 struct scriptChange;
