@@ -70,9 +70,9 @@ std::string Values(const sceneSketch& sketch)
 }
 
 constexpr const char* kCameraAndLights = R"(,
- {"ty": 13, "ind": 3, "ip": 0, "op": 10, "pe": {"k": 60},
-  "ks": {"p": {"k": [{"t": 0, "s": [16, 16, -60]}, {"t": 10, "s": [20, 14, -58]}]}},
-  "kal": {"dof": 1, "focusDistance": 58, "aperture": 4, "blurLevel": 60}},
+ {"ty": 13, "ind": 3, "ip": 0, "op": 10, "pe": {"k": 300},
+  "ks": {"p": {"k": [{"t": 0, "s": [16, 16, -300]}, {"t": 10, "s": [20, 14, -290]}]}},
+  "kal": {"dof": 1, "focusDistance": 290, "aperture": 4, "blurLevel": 60}},
  {"ty": 14, "ind": 4, "ip": 0, "op": 10, "ks": {"p": {"k": [8, -20, -40]}, "a": {"k": [16, 16, 0]}},
   "kal": {"light": {"type": "spot", "intensity": 90, "coneAngle": 70}}},
  {"ty": 14, "ind": 5, "ip": 0, "op": 10, "ks": {},
@@ -95,7 +95,8 @@ std::string StraightMask(const std::vector<std::pair<double, double>>& vertices,
 sceneSketch UsualSketch(const effectDeclaration& declaration)
 {
     sceneSketch sketch;
-    sketch.masks = {StraightMask({{8, 24}, {56, 24}}, false)};
+    // Some effects read a path on the source: this one lies on both pictures.
+    sketch.masks = {StraightMask({{4, 6}, {38, 14}}, false)};
     for (const paramDeclaration& each : declaration.params) {
         if (each.index == 0) continue;
         if (each.kind == paramKind::path) sketch.values[each.index] = std::to_string(kFirstMask);
@@ -110,8 +111,9 @@ sceneSketch EverythingSketch(const effectDeclaration& declaration)
     sketch.width = sketch.height = 32;
     sketch.sourceWidth = 16;
     sketch.sourceHeight = 8;
-    sketch.masks = {StraightMask({{4, 20}, {16, 10}, {28, 18}}, false),
-                    StraightMask({{4, 16}, {14, 16}, {28, 16}}, false),
+    // The first one lies on the source, too.
+    sketch.masks = {StraightMask({{1, 4}, {8, 3}, {15, 5}}, false),
+                    StraightMask({{4, 18}, {16, 12}, {28, 18}}, false),
                     StraightMask({{2, 16}, {16, 16}, {30, 16}}, false),
                     StraightMask({{0, 0}, {32, 0}, {32, 32}, {0, 32}}, true)};
     sketch.moreLayers = kCameraAndLights;

@@ -27,8 +27,8 @@ inline constexpr int kEffectInd = 1, kSourceInd = 2;
 /// JSON of a mask of straight segments, mode none.
 std::string StraightMask(const std::vector<std::pair<double, double>>& vertices, bool closed);
 
-/// The sketch most tests start from: one open line across the layer as the mask; every path
-/// parameter names it, every layer parameter the source.
+/// The sketch most tests start from: one open line across the source's part of the layer; every
+/// path parameter names it, every layer parameter the source.
 sceneSketch UsualSketch(const effectDeclaration& declaration);
 
 /// UsualSketch with all that the module can do: several masks, a camera with depth of field,
