@@ -30,6 +30,14 @@ std::string PixelText(const image& picture, int x, int y)
     return picture.depth == 16 ? channels(picture.row16(y) + at) : channels(picture.row(y) + at);
 }
 
+/// A frame in which little can go wrong.
+bool IsPlain(const image& picture)
+{
+    const std::size_t pixel = picture.pixelBytes();
+    return std::equal(picture.bytes.begin() + static_cast<std::ptrdiff_t>(pixel),
+                      picture.bytes.end(), picture.bytes.begin());
+}
+
 /// What is wrong with a refused frame; "" when it may be.
 std::string RefusalFault(const frameAnswer& answer, refusal may)
 {
@@ -101,6 +109,7 @@ std::optional<image> CheckFrame(Checks& checks, ValidationBench& bench, const st
         const std::string fault = AnswersFault(one, other, may);
         if (checks.That(fault.empty(), "{}: {}", where, fault) && one.result == PF_Err_NONE)
             picture = one.output;
+        if (picture && IsPlain(*picture)) checks.Figure("frames of one colour", 2);
     });
     return picture;
 }

@@ -162,8 +162,11 @@ std::string RandomValue(const paramDeclaration& param, const sceneSketch& sketch
 
 void ChooseValues(sceneSketch& sketch, const effectDeclaration& declaration, randomSource& random)
 {
+    // With all of them at random most pictures are empty.
+    constexpr int kOneOf[] = {1, 3, 10, 30};
+    const int oneOf = kOneOf[random() % std::size(kOneOf)];
     for (const paramDeclaration& param : declaration.params) {
-        if (!HasValue(param)) continue;
+        if (!HasValue(param) || !Once(random, oneOf)) continue;
         const bool moves = param.canVary && sketch.frames > 1 && Once(random, 4);
         sketch.values[param.index] =
             moves ? Moving(param, sketch, random) : RandomValue(param, sketch, random);

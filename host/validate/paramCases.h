@@ -23,8 +23,8 @@ std::vector<std::string> EndValues(const paramDeclaration& param, const sceneSke
 std::string RandomValue(const paramDeclaration& param, const sceneSketch& sketch,
                         randomSource& random);
 
-/// Gives every parameter of the sketch a random value; some move between their first and last
-/// frame's value, where they can.
+/// Gives parameters of the sketch random values: few, many or all of them, as it happens. Some move
+/// between their first and last frame's value, where they can.
 void ChooseValues(sceneSketch& sketch, const effectDeclaration& declaration, randomSource& random);
 
 }  // namespace orv

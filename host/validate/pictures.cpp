@@ -1,5 +1,6 @@
 // Level 3: pictures of every size, depth and preview resolution. The host guards what lies around
 // the rows and compares the inputs after each command; these tests bring the shapes.
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <vector>
@@ -24,14 +25,16 @@ constexpr pictureSize kLarge{4096, 2160};
 constexpr int kDepths[] = {8, 16};
 constexpr int kLargestDivisor = 4;
 
-/// UsualSketch in another size, its mask across the middle.
+/// UsualSketch in another size, its mask across the upper half, where the source is as large.
 sceneSketch SketchOf(const effectDeclaration& declaration, const pictureSize& size)
 {
     sceneSketch sketch = UsualSketch(declaration);
     sketch.width = size.width;
     sketch.height = size.height;
     const double w = size.width, h = size.height;
-    sketch.masks = {StraightMask({{w / 8, h / 2}, {w * 7 / 8, h / 2}}, false)};
+    sketch.sourceWidth = std::max(8, size.width);
+    sketch.sourceHeight = std::max(8, size.height / 2);
+    sketch.masks = {StraightMask({{w / 8, h / 4}, {w * 7 / 8, h / 3}}, false)};
     return sketch;
 }
 

@@ -101,6 +101,9 @@ public:
     SourceBench(const testSetting& setting, Checks& checks)
         : bench_(setting.module), checks_(checks), usual_(UsualSketch(bench_.declaration()))
     {
+        // Paths may be read on the source, too.
+        usual_.sourceWidth = usual_.width;
+        usual_.sourceHeight = usual_.height;
         ordinary_ = bench_.Show(usual_);
         expected_ = bench_.Render(1.0);
     }
