@@ -39,25 +39,6 @@ void SortByDepth(const shownComposition& shown, const matrix4& worldToView, doub
 
 }  // namespace
 
-bool HasPixels(const layer& l)
-{
-    switch (l.type) {
-        case layerType::precomposition:
-            return l.composition >= 0;
-        case layerType::image:
-            return l.image >= 0;
-        case layerType::solid:
-        case layerType::empty:
-            return true;
-        case layerType::null:
-        case layerType::camera:
-        case layerType::light:
-        case layerType::skipped:
-            break;
-    }
-    return false;
-}
-
 pixelSize OwnSize(const shownComposition& shown, const layer& l)
 {
     if (l.type == layerType::empty) return {shown.width, shown.height};

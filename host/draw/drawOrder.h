@@ -8,9 +8,6 @@
 
 namespace orv {
 
-/// Whether a layer of that kind has pixels of its own at all (at any time).
-bool HasPixels(const layer& l);
-
 /// Full-resolution size of the layer's own pixels: shape and text layers have the composition's.
 struct pixelSize {
     int width = 0, height = 0;

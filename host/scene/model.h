@@ -86,6 +86,26 @@ struct layer {
     std::string where;  ///< JSON path, for messages
 };
 
+/// Whether the layer has pixels of its own, at whatever time.
+inline bool HasPixels(const layer& l)
+{
+    switch (l.type) {
+        case layerType::precomposition:
+            return l.composition >= 0;
+        case layerType::image:
+            return l.image >= 0;
+        case layerType::solid:
+        case layerType::empty:
+            return true;
+        case layerType::null:
+        case layerType::camera:
+        case layerType::light:
+        case layerType::skipped:
+            break;
+    }
+    return false;
+}
+
 struct motionBlurSettings {
     bool enabled = false;
     double shutterAngle = 180.0, shutterPhase = -90.0;  ///< degrees

@@ -43,23 +43,6 @@ private:
     std::vector<int> open_;  ///< compositions being expanded, outermost first
 };
 
-bool IsDrawn(const layer& l)
-{
-    switch (l.type) {
-        case layerType::precomposition:
-        case layerType::solid:
-        case layerType::image:
-        case layerType::empty:
-            return true;
-        case layerType::null:
-        case layerType::camera:
-        case layerType::light:
-        case layerType::skipped:
-            break;
-    }
-    return false;
-}
-
 const expansion& Expander::expand(int index)
 {
     std::optional<expansion>& result = known_[static_cast<std::size_t>(index)];
@@ -68,7 +51,7 @@ const expansion& Expander::expand(int index)
     open_.push_back(index);
     expansion sum;
     for (const layer& l : at(index).layers) {
-        if (IsDrawn(l)) sum.draws += 1.0;
+        if (HasPixels(l)) sum.draws += 1.0;
         if (l.composition < 0) continue;
         enter(l);
         const expansion& inner = expand(l.composition);
