@@ -67,6 +67,9 @@ int RunCommandLine(int argc, char* argv[])
     CLI::App app("orv: renders scene files through the effect KAL Orv.", "orv");
     app.set_version_flag("--version", "orv " ORV_VERSION);
     app.require_subcommand(1);
+    app.failure_message([](const CLI::App* failed, const CLI::Error& problem) {
+        return "error: " + CLI::FailureMessage::simple(failed, problem);
+    });
     app.footer(kExamples + ("\n" + ExitCodeHelp()));
 
     int code = 0;

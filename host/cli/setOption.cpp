@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <span>
 
 #include <fmt/format.h>
 
@@ -157,27 +158,30 @@ std::vector<double> ReadPoint(const setRequest& request, const paramDeclaration&
     return point;
 }
 
-bool NamesLayer(const std::string& text, const layer& l)
+/// Layers that a text means: those with that number as `ind`, else those with that name.
+std::vector<layer*> LayersNamed(const std::string& text, std::span<composition> comps)
 {
     const auto ind = ReadInteger(text);
-    return ind ? l.ind == ind : l.name == text;
+    std::vector<layer*> byInd, byName;
+    for (composition& comp : comps) {
+        for (layer& each : comp.layers) {
+            if (ind && each.ind == ind) byInd.push_back(&each);
+            if (each.name == text) byName.push_back(&each);
+        }
+    }
+    return byInd.empty() ? byName : byInd;
 }
 
 /// Position of the layer in the composition plus 1; the first one when several bear the number.
-double ReadLayer(const setRequest& request, const composition& comp)
+double ReadLayer(const setRequest& request, composition& comp)
 {
     if (request.value == "0" || request.value == "none") return 0.0;
-    const layer* found = nullptr;
-    for (const layer& each : comp.layers) {
-        if (!NamesLayer(request.value, each)) continue;
-        if (!found) {
-            found = &each;
-        } else if (!ReadInteger(request.value)) {
-            Refuse(request, fmt::format("several layers are named '{}'; use `ind`", request.value));
-        }
-    }
-    if (!found) Refuse(request, fmt::format("there is no layer '{}'", request.value));
-    return found->index + 1.0;
+    const std::vector<layer*> found = LayersNamed(request.value, {&comp, 1});
+    if (found.empty()) Refuse(request, fmt::format("there is no layer '{}'", request.value));
+    const bool byNumber = found.front()->ind && found.front()->ind == ReadInteger(request.value);
+    if (found.size() > 1 && !byNumber)
+        Refuse(request, fmt::format("several layers are named '{}'; use `ind`", request.value));
+    return found.front()->index + 1.0;
 }
 
 double ReadMask(const setRequest& request, const layer& owner)
@@ -201,7 +205,7 @@ double ReadMask(const setRequest& request, const layer& owner)
 }
 
 std::vector<double> ReadValue(const setRequest& request, const paramDeclaration& param,
-                              const composition& comp, const layer& owner)
+                              composition& comp, const layer& owner)
 {
     switch (param.kind) {
         case paramKind::layer:
@@ -231,10 +235,12 @@ std::vector<double> ReadValue(const setRequest& request, const paramDeclaration&
 void ApplySet(project& scene, const effectDeclaration& declaration, const setRequest& request)
 {
     const paramDeclaration& param = FindParam(request, declaration);
+    std::vector<layer*> owners;
+    if (request.owner) owners = LayersNamed(*request.owner, scene.compositions);
     bool applied = false;
     for (composition& comp : scene.compositions) {
         for (layer& owner : comp.layers) {
-            if (request.owner && !NamesLayer(*request.owner, owner)) continue;
+            if (request.owner && std::ranges::find(owners, &owner) == owners.end()) continue;
             for (effect& instance : owner.effects) {
                 if (instance.matchName != declaration.matchName) continue;
                 property value;

@@ -9,6 +9,7 @@
 //   3D point               x,y,z in pixels of the layer at full resolution
 //   layer                  `ind` or name of a layer of the same composition; 0 or none
 //   path                   position, from 1, or name of a mask of the same layer; 0 or none
+// A layer, as LAYER too: a number means `ind`, and a name where no layer has that `ind`.
 #pragma once
 
 #include <optional>

@@ -55,6 +55,7 @@ TEST_P(WrongUsage, IsRefusedBeforeAnyWork)
     const TemporaryFolder folder;
     const programResult result = RunOrv(GetParam().arguments, folder.path());
     EXPECT_EQ(result.code, 2) << result.err;
+    EXPECT_TRUE(result.err.starts_with("error: ")) << result.err;
     EXPECT_TRUE(Contains(result.err, GetParam().message)) << result.err;
     EXPECT_EQ(result.out, "");
     EXPECT_TRUE(IsEmpty(folder.path()));

@@ -52,14 +52,15 @@ layer MakeLayer(int index, int ind, const char* name, int masks, bool bearsEffec
     return made;
 }
 
-/// Two layers with the effect, one picture; the `ind`s are not the positions.
+/// Two layers with the effect, one picture, two named by numbers; the `ind`s are not the positions.
 project TestScene()
 {
     project scene;
     scene.compositions.resize(1);
-    scene.compositions[0].layers = {MakeLayer(0, 10, "left", 2, true),
-                                    MakeLayer(1, 20, "right", 1, true),
-                                    MakeLayer(2, 30, "picture", 0, false)};
+    scene.compositions[0].layers = {
+        MakeLayer(0, 10, "left", 2, true), MakeLayer(1, 20, "right", 1, true),
+        MakeLayer(2, 30, "picture", 0, false), MakeLayer(3, 40, "7", 0, false),
+        MakeLayer(4, 50, "20", 0, false)};
     return scene;
 }
 
@@ -103,6 +104,8 @@ INSTANTIATE_TEST_SUITE_P(
                     valueCase{"Point", "Anchor=320,-10.5,1e2", 9, {320, -10.5, 100}},
                     valueCase{"LayerByInd", "Source=30", 2, {3}},
                     valueCase{"LayerByName", "Source=picture", 2, {3}},
+                    valueCase{"LayerByNumberAsName", "Source=7", 2, {4}},
+                    valueCase{"NumberIsIndFirst", "Source=20", 2, {2}},
                     valueCase{"NoLayer", "Source=none", 2, {0}},
                     valueCase{"MaskByPosition", "Mask=1", 10, {1}},
                     valueCase{"MaskByName", "Mask=path 1", 10, {1}},
@@ -148,7 +151,7 @@ INSTANTIATE_TEST_SUITE_P(
         refusalCase{"ColorBadHex", "Tint=#ff00gg",
                     "'Tint' takes r,g,b or r,g,b,a, each 0..1, or #rrggbb[aa]"},
         refusalCase{"PointTooShort", "Anchor=1,2", "'Anchor' takes x,y,z in pixels"},
-        refusalCase{"NoSuchLayer", "Source=40", "there is no layer '40'"},
+        refusalCase{"NoSuchLayer", "Source=41", "there is no layer '41'"},
         refusalCase{"NoSuchMaskSomewhere", "Mask=2",
                     "masks of layer 'right' have the positions 1 to 1; 0 is none"},
         refusalCase{"NoSuchMaskName", "Mask@left=path 3", "layer 'left' has no mask 'path 3'"},
@@ -159,7 +162,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(SetOption, OneLayerMayBeMeant)
 {
     project scene = TestScene();
-    ApplySets(scene, TestEffect(), {ParseSet("Twist@20=5"), ParseSet("Mask@left=path 2")});
+    scene.compositions[0].layers[0].name = "8";
+    ApplySets(scene, TestEffect(), {ParseSet("Twist@20=5"), ParseSet("Mask@8=path 2")});
     EXPECT_TRUE(ValueOn(scene, 0, 5).empty());
     EXPECT_EQ(ValueOn(scene, 1, 5), std::vector{5.0});
     EXPECT_EQ(ValueOn(scene, 0, 10), std::vector{2.0});
