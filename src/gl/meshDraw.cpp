@@ -64,7 +64,9 @@ private:
 };
 
 /// Draws the list twice. A long one goes through one vertex array in pieces, so that the array
-/// stays small beside the cells; a short one fills it once.
+/// stays small beside the cells; a short one fills it once. A driver may copy the cells and keep
+/// them until it draws, software OpenGL at more than 1 KB each: waiting after each piece of a long
+/// list bounds that.
 void DrawCells(const drawList& list, bool extruded)
 {
     const std::span<const quad> cells(list.cells);
@@ -79,6 +81,7 @@ void DrawCells(const drawList& list, bool extruded)
                 FillCellVertices(cells.subspan(first, count), cells.size(), extruded, vertices);
             }
             VertexArrays::Draw(vertices, indices);
+            if (cells.size() > kChunkCells) glFinish();
         }
     }
 }
