@@ -8,7 +8,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -33,8 +32,11 @@ std::string ReadText(const std::filesystem::path& file)
     _exit(127);
 }
 
-programResult Run(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
-                  const std::function<void(pid_t)>& whileRunning)
+}  // namespace
+
+programResult RunOrvWhile(const std::vector<std::string>& arguments,
+                          const std::filesystem::path& folder,
+                          const std::function<void(pid_t)>& meanwhile)
 {
     const char* const program = std::getenv("ORV_PROGRAM");
     if (!program) throw std::runtime_error("ORV_PROGRAM is not set");
@@ -52,7 +54,7 @@ programResult Run(const std::vector<std::string>& arguments, const std::filesyst
     if (child == 0) BecomeOrv(program, pointers.data(), folder.c_str(), out, err);
     close(out);
     close(err);
-    whileRunning(child);
+    meanwhile(child);
     int status = 0;
     waitpid(child, &status, 0);
 
@@ -63,17 +65,15 @@ programResult Run(const std::vector<std::string>& arguments, const std::filesyst
     return result;
 }
 
-}  // namespace
-
 programResult RunOrv(const std::vector<std::string>& arguments, const std::filesystem::path& folder)
 {
-    return Run(arguments, folder, [](pid_t) {});
+    return RunOrvWhile(arguments, folder, [](pid_t) {});
 }
 
 programResult RunOrvUntil(const std::vector<std::string>& arguments,
                           const std::filesystem::path& folder, const std::string& file, int signal)
 {
-    return Run(arguments, folder, [&](pid_t child) {
+    return RunOrvWhile(arguments, folder, [&](pid_t child) {
         while (!std::filesystem::exists(folder / file)) {
             siginfo_t ended{};
             waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOHANG | WNOWAIT);

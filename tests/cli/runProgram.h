@@ -1,7 +1,10 @@
 // runProgram.h: runs the built `orv` as a user would.
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,6 +23,11 @@ programResult RunOrv(const std::vector<std::string>& arguments,
 /// before.
 programResult RunOrvUntil(const std::vector<std::string>& arguments,
                           const std::filesystem::path& folder, const std::string& file, int signal);
+
+/// The same, and calls `meanwhile` with the program's process number as soon as it runs.
+programResult RunOrvWhile(const std::vector<std::string>& arguments,
+                          const std::filesystem::path& folder,
+                          const std::function<void(pid_t)>& meanwhile);
 
 /// A fresh folder that is gone again at the end.
 class TemporaryFolder {
