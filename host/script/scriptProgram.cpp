@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -32,9 +33,9 @@ void LimitProcess()
 {
     Limit(RLIMIT_CORE, 0);
     Limit(RLIMIT_FSIZE, rlim_t{orv::kScriptMegabytes} << 20);  // the answer may go to a file
-    Limit(RLIMIT_NOFILE, 3);
     Limit(RLIMIT_CPU, 2 * orv::kScriptSeconds);
-#ifndef __SANITIZE_ADDRESS__
+#ifndef __SANITIZE_ADDRESS__  // which needs far more memory, and files when it looks for leaks
+    Limit(RLIMIT_NOFILE, 3);
     // The heap below is the limit; this one is for what lies outside it.
     Limit(RLIMIT_AS, rlim_t{4} * orv::kScriptMegabytes << 20);
 #endif
@@ -163,13 +164,13 @@ int main()
     const std::string input = ReadInput();
     LimitProcess();
     BoundedHeap heap;
-    duk_context* const engine =
-        duk_create_heap(&Allocate, &Reallocate, &Release, &heap, &OnFatalError);
+    const std::unique_ptr<duk_context, decltype(&duk_destroy_heap)> owner(
+        duk_create_heap(&Allocate, &Reallocate, &Release, &heap, &OnFatalError), &duk_destroy_heap);
+    duk_context* const engine = owner.get();
     if (engine == nullptr) return kFailed;
     duk_push_lstring(engine, input.data(), input.size());
     if (duk_safe_call(engine, &Run, nullptr, 1, 1) != DUK_EXEC_SUCCESS) return kFailed;
     duk_size_t size = 0;
     const char* const answer = duk_get_lstring(engine, -1, &size);
-    // The process ends here, and its memory with it.
     return answer != nullptr && WriteOutput({answer, size}) ? 0 : kFailed;
 }
