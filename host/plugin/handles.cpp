@@ -66,6 +66,13 @@ void* HandleStore::Memory(PF_Handle handle) const
     return blocks_.at(handle)->memory.get();
 }
 
+std::span<const std::uint8_t> HandleStore::Content(PF_Handle handle) const
+{
+    const block& found = *blocks_.at(handle);
+    return found.memory ? std::span<const std::uint8_t>(found.memory.get(), found.size)
+                        : std::span<const std::uint8_t>();
+}
+
 bool HandleStore::IsIntact(PF_Handle handle) const
 {
     return std::ranges::all_of(blocks_.at(handle)->sentinels(),

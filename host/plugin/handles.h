@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <span>
 #include <unordered_map>
 
 #include "host_api.h"
@@ -25,6 +27,8 @@ public:
     [[nodiscard]] bool Contains(PF_Handle handle) const;
     /// The block's address, whatever the handle points to by now. The handle must be this store's.
     [[nodiscard]] void* Memory(PF_Handle handle) const;
+    /// The block's bytes; none when its memory is gone. The handle must be this store's.
+    [[nodiscard]] std::span<const std::uint8_t> Content(PF_Handle handle) const;
     /// Whether nothing was written behind the block. The handle must be this store's.
     [[nodiscard]] bool IsIntact(PF_Handle handle) const;
     /// The handle must be this store's.

@@ -203,6 +203,15 @@ void PluginHost::ReplaceSequenceData(const effectFrame& frame, std::span<const s
     instance.sequenceData = session.NewHandleWith(bytes);
 }
 
+std::vector<std::uint8_t> PluginHost::SequenceData(const effectFrame& frame) const
+{
+    const effectInstance* instance = state_->module.Find(frame);
+    if (instance == nullptr || instance->sequenceData == nullptr) return {};
+    const std::span<const std::uint8_t> content =
+        state_->module.session().handles.Content(instance->sequenceData);
+    return {content.begin(), content.end()};
+}
+
 std::vector<controlState> PluginHost::Controls(const effectFrame& frame) const
 {
     const effectInstance* instance = state_->module.Find(frame);

@@ -129,6 +129,8 @@ public:
     /// Puts `bytes` where the instance's sequence data would be, as a project saved elsewhere
     /// would; no bytes give a handle whose memory is gone. What was there is freed unread.
     void ReplaceSequenceData(const effectFrame& frame, std::span<const std::uint8_t> bytes);
+    /// What the instance's sequence data holds, as a project would keep it; empty when it has none.
+    [[nodiscard]] std::vector<std::uint8_t> SequenceData(const effectFrame& frame) const;
 
     /// The instance's controls by parameter index, as it last asked for.
     [[nodiscard]] std::vector<controlState> Controls(const effectFrame& frame) const;
