@@ -21,6 +21,7 @@ constexpr std::array kCommands{
     commandRow{"inspect", "Show what a scene file holds", SetUpInspect},
     commandRow{"mesh", "Write the ribbon of a frame for 3D programs", SetUpMesh},
     commandRow{"panel", "Show the effect's controls as a user sees them", SetUpPanel},
+    commandRow{"validate", "Test whether an effect module keeps its contract", SetUpValidate},
     commandRow{"render-worker", "", SetUpRenderWorker},
 };
 
@@ -33,6 +34,7 @@ constexpr const char* kExamples =
     "  orv inspect scene.json\n"
     "  orv mesh scene.json --frame 12 -o ribbon.obj\n"
     "  orv panel scene.json\n"
+    "  orv validate --plugin Effect.so\n"
     "'orv COMMAND --help' lists a command's options.\n";
 
 int Report(const std::string& text, int code)

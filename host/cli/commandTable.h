@@ -32,5 +32,6 @@ std::function<int()> SetUpParams(CLI::App& command);
 std::function<int()> SetUpInspect(CLI::App& command);
 std::function<int()> SetUpMesh(CLI::App& command);
 std::function<int()> SetUpPanel(CLI::App& command);
+std::function<int()> SetUpValidate(CLI::App& command);
 
 }  // namespace orv
