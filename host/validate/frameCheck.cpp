@@ -38,6 +38,16 @@ bool IsPlain(const image& picture)
                       picture.bytes.end(), picture.bytes.begin());
 }
 
+/// Whether wherever the pictures differ both hold the bytes that stood there before.
+bool KeepsFills(const image& one, const image& other)
+{
+    for (std::size_t k = 0; k < one.bytes.size(); ++k) {
+        const bool kept = one.bytes[k] == kOneFill && other.bytes[k] == kOtherFill;
+        if (one.bytes[k] != other.bytes[k] && !kept) return false;
+    }
+    return true;
+}
+
 /// What is wrong with a refused frame; "" when it may be.
 std::string RefusalFault(const frameAnswer& answer, refusal may)
 {
@@ -57,7 +67,11 @@ std::string AnswersFault(const frameAnswer& one, const frameAnswer& other, refus
     if (one.result != PF_Err_NONE) return RefusalFault(one, may);
     const std::string difference = Difference(one.output, other.output);
     if (difference.empty()) return {};
-    return "the output depends on what stood in it before: " + difference;
+    return fmt::format("{}: {}",
+                       KeepsFills(one.output, other.output)
+                           ? "pixels of the output are left as they were"
+                           : "the same frame is another picture the second time",
+                       difference);
 }
 
 }  // namespace
