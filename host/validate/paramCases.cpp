@@ -123,7 +123,7 @@ std::vector<std::string> EndValues(const paramDeclaration& param, const sceneSke
             break;
     }
     std::ranges::sort(numbers);
-    numbers.erase(std::ranges::unique(numbers).begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     std::vector<std::string> texts;
     for (const double each : numbers) texts.push_back(fmt::format("{}", each));
     return texts;
