@@ -23,7 +23,8 @@ const PF_EffectWorld& commandContext::Hold(sharedLayerWorld world)
 
 PF_Err HostSession::EnterCall(std::string_view name)
 {
-    if (++gate.made != gate.failOn) return PF_Err_NONE;
+    if (gate.log != nullptr) gate.log->calls.emplace_back(name);
+    if (++gate.made != gate.failOn && gate.refusedCall != name) return PF_Err_NONE;
     gate.failedCall = name;
     return gate.code;
 }

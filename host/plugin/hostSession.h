@@ -89,7 +89,7 @@ struct referenceTables {
 
 class HostSession {
 public:
-    explicit HostSession(pluginOptions given) : options(std::move(given)) {}
+    explicit HostSession(pluginOptions given) : options(std::move(given)), gate(options.gate) {}
 
     // What lasts as long as the module.
     pluginOptions options;

@@ -33,6 +33,12 @@ struct effectFrame {
     LayerImages* images = nullptr;
 };
 
+/// What an effect asked its host for, in that order.
+struct callLog {
+    std::vector<std::string> calls;   ///< names of callbacks and suite functions
+    std::vector<std::string> suites;  ///< names of suites
+};
+
 /// Where calls into the host may be made to fail, for tests: every callback, suite function, suite
 /// acquisition and release passes here.
 struct callGate {
@@ -41,8 +47,10 @@ struct callGate {
     PF_Err code = PF_Err_INTERNAL_STRUCT_DAMAGED;  ///< what it returns
     std::string failedCall;                        ///< name of the function that was failed
     std::int64_t abortChecks = 0;                  ///< calls of `abort` so far
-    std::int64_t abortOn = 0;  ///< from this one on `abort` answers PF_Interrupt_CANCEL; 0: never
-    std::string missingSuite;  ///< a suite of this name cannot be acquired
+    std::int64_t abortOn = 0;   ///< from this one on `abort` answers PF_Interrupt_CANCEL; 0: never
+    std::string missingSuite;   ///< a suite of this name cannot be acquired
+    std::string refusedCall{};  ///< every call of this name fails, with `code`
+    callLog* log = nullptr;     ///< filled as calls are made; borrowed
 };
 
 /// The host's preferences by section and key. In memory: nothing is read from or kept on disk.
@@ -59,6 +67,7 @@ struct pluginOptions {
     preferenceStore preferences;        ///< as an effect finds them at GLOBAL_SETUP
     scriptRunner runScript;             ///< empty: effects are told that there are no scripts
     commandObserver observe;            ///< may be empty
+    callGate gate{};                    ///< as it stands at GLOBAL_SETUP
 };
 
 struct scriptChange;

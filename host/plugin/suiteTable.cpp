@@ -62,6 +62,9 @@ const void* FindSuite(const HostSession& session, const char* name, std::int32_t
 SPErr AcquireSuite(HostSession& session, const char* name, std::int32_t version, const void** suite)
 {
     if (suite == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
+    if (name != nullptr && session.gate.log != nullptr) session.gate.log->suites.emplace_back(name);
+    if (name != nullptr && session.gate.missingSuite == name)
+        session.gate.failedCall = "AcquireSuite";
     *suite = FindSuite(session, name, version);
     if (*suite == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
     session.ledger.Take(loanKind::suite, *suite, fmt::format("{} {}", name, version));

@@ -1,5 +1,6 @@
 #include "validate/sceneSketch.h"
 
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -17,20 +18,21 @@ struct knownValue {
 
 /// Values by which a known module uses all that it has, in few steps. A module that is not in the
 /// list gets its switches on.
+constexpr std::string_view kTurning = R"([{"t": 0, "s": [0]}, {"t": 10, "s": [300]}])";
 constexpr knownValue kRibbonValues[] = {
-    {42, "2"},     // back face source
-    {1, "1"},      // mesh definition, percent: the coarsest
-    {15, "2"},     // sub-sampling
-    {12, "40"},    // twist at end
-    {8, "1"},      // stretch along path
-    {51, "6"},     // Z at vertex 1
-    {162, "130"},  // scale at vertex 2
-    {7, "6"},      // extrusion
-    {9, "2"},      // its slices
-    {154, "5"},    // contour definition
-    {31, "1"},     // lights
-    {10, "2"},     // camera mode: the composition's camera
-    {2, "2"},      // over the original
+    {1, "1"},        // mesh definition, percent: the coarsest
+    {15, "2"},       // sub-sampling
+    {12, kTurning},  // twist at end
+    {266, "1"},      // stretch with verts match
+    {8, "1"},        // stretch along path
+    {51, "6"},       // Z at vertex 1
+    {162, "130"},    // scale at vertex 2
+    {7, "6"},        // extrusion
+    {9, "2"},        // its slices
+    {154, "5"},      // contour definition
+    {31, "1"},       // lights
+    {10, "2"},       // camera mode: the composition's camera
+    {2, "2"},        // over the original
 };
 
 std::span<const knownValue> ValuesOf(const std::string& matchName)
@@ -69,7 +71,11 @@ std::string Values(const sceneSketch& sketch)
     return values;
 }
 
-constexpr const char* kCameraAndLights = R"(,
+constexpr int kOtherInd = 6;
+
+constexpr const char* kMoreLayers = R"(,
+ {"ty": 1, "ind": 6, "nm": "other", "sw": 20, "sh": 12, "sc": "#c04010", "hd": true,
+  "ip": 0, "op": 10, "ks": {}},
  {"ty": 13, "ind": 3, "ip": 0, "op": 10, "pe": {"k": 300},
   "ks": {"p": {"k": [{"t": 0, "s": [16, 16, -300]}, {"t": 10, "s": [20, 14, -290]}]}},
   "kal": {"dof": 1, "focusDistance": 290, "aperture": 4, "blurLevel": 60}},
@@ -77,6 +83,32 @@ constexpr const char* kCameraAndLights = R"(,
   "kal": {"light": {"type": "spot", "intensity": 90, "coneAngle": 70}}},
  {"ty": 14, "ind": 5, "ip": 0, "op": 10, "ks": {},
   "kal": {"light": {"type": "ambient", "intensity": 40}}})";
+
+/// A value that holds for a frame at a time, the one and the other in turn.
+std::string InTurn(int first, int second, int frames)
+{
+    std::string keys;
+    for (int t = 0; t < frames; ++t)
+        keys += fmt::format(R"({}{{"t": {}, "h": 1, "s": [{}]}})", t == 0 ? "" : ", ", t,
+                            t % 2 == 0 ? first : second);
+    return "[" + keys + "]";
+}
+
+/// From the default to the slider's end.
+std::string Moving(const paramDeclaration& param, int frames)
+{
+    return fmt::format(R"([{{"t": 0, "s": [{}]}}, {{"t": {}, "s": [{}]}}])", param.initial.front(),
+                       frames, param.sliderMax);
+}
+
+/// A value of a parameter of an unknown module that sets something going.
+std::optional<std::string> LivelyValue(const paramDeclaration& param, int frames)
+{
+    if (param.kind == paramKind::checkbox) return std::to_string(kOn);
+    const bool moves = param.kind == paramKind::floatSlider || param.kind == paramKind::slider;
+    if (moves && param.canVary) return Moving(param, frames);
+    return std::nullopt;
+}
 
 }  // namespace
 
@@ -116,21 +148,27 @@ sceneSketch EverythingSketch(const effectDeclaration& declaration)
                     StraightMask({{4, 18}, {16, 12}, {28, 18}}, false),
                     StraightMask({{2, 16}, {16, 16}, {30, 16}}, false),
                     StraightMask({{0, 0}, {32, 0}, {32, 32}, {0, 32}}, true)};
-    sketch.moreLayers = kCameraAndLights;
+    sketch.moreLayers = kMoreLayers;
     sketch.onLayer = R"("mb": true, )";
     sketch.top = R"(, "mb": {"sa": 180, "sp": -90, "spf": 3})";
 
-    // One mask for each path parameter, in turn.
-    std::size_t paths = 0;
+    // One mask for each path parameter, in turn. Layer parameters name another layer from frame to
+    // frame, and no two neighbours the same.
+    std::size_t paths = 0, layers = 0;
     const std::span<const knownValue> known = ValuesOf(declaration.matchName);
     for (const paramDeclaration& each : declaration.params) {
+        if (each.index == 0) continue;
+        std::string& value = sketch.values[each.index];
         if (each.kind == paramKind::path)
-            sketch.values[each.index] = std::to_string(1 + paths++ % sketch.masks.size());
-        if (each.kind == paramKind::checkbox && known.empty())
-            sketch.values[each.index] = std::to_string(kOn);
-        for (const knownValue& value : known)
-            if (value.id == each.id && each.index != 0)
-                sketch.values[each.index] = std::string(value.value);
+            value = std::to_string(1 + paths++ % sketch.masks.size());
+        else if (each.kind == paramKind::layer)
+            value = layers++ % 2 == 0 ? InTurn(kSourceInd, kOtherInd, sketch.frames)
+                                      : InTurn(kOtherInd, kSourceInd, sketch.frames);
+        else if (known.empty())
+            value = LivelyValue(each, sketch.frames).value_or("");
+        for (const knownValue& given : known)
+            if (given.id == each.id) value = std::string(given.value);
+        if (value.empty()) sketch.values.erase(each.index);
     }
     return sketch;
 }

@@ -32,7 +32,8 @@ std::string StraightMask(const std::vector<std::pair<double, double>>& vertices,
 sceneSketch UsualSketch(const effectDeclaration& declaration);
 
 /// UsualSketch with all that the module can do: several masks, a camera with depth of field,
-/// lights, motion blur, and values that switch every part on. 32 x 32, as little of each as does.
+/// lights, motion blur, values that switch every part on, and other sources from frame to frame.
+/// 32 x 32, as little of each as does.
 sceneSketch EverythingSketch(const effectDeclaration& declaration);
 
 /// Scene text for LoadSceneText.

@@ -74,11 +74,12 @@ namespace {
 /// The handle's memory is gone, so there is no record to replace: as for a new instance.
 PF_Err StartAnew(const commandCall& call)
 {
+    // Taken before there is a second handle: then the old one can be given back for certain.
+    AEGP_SuiteHandler suites(call.in_data.pica_basicP);
+    const PF_HandleSuite2& handles = suites.HandleSuite2();
     const PF_Err err = SequenceSetup(call);
     if (call.out_data.sequence_data != call.in_data.sequence_data) {
-        AEGP_SuiteHandler suites(call.in_data.pica_basicP);
-        DisposeSequenceHandle(suites.HandleSuite2(),
-                              std::exchange(call.in_data.sequence_data, nullptr));
+        DisposeSequenceHandle(handles, std::exchange(call.in_data.sequence_data, nullptr));
     }
     return err;
 }

@@ -131,6 +131,23 @@ INSTANTIATE_TEST_SUITE_P(
                              true}),
     [](const auto& each) { return std::string(each.param.name); });
 
+TEST(Commands, ReplaceARecordWithoutMemoryWhicheverHostCallFails)
+{
+    InstanceRig rig(kPlain.json());
+    orv::callGate& gate = rig.host().gate();
+    bool reached = true;
+    for (std::int64_t failing = 1; reached; ++failing) {
+        rig.host().ReplaceSequenceData(rig.At(0), {});
+        gate.made = 0;
+        gate.failOn = failing;
+        EXPECT_NO_THROW((void)rig.Send(PF_Cmd_SEQUENCE_RESETUP))
+            << "call " << failing << ", " << gate.failedCall;
+        reached = gate.made >= failing;
+        gate.failOn = 0;
+        EXPECT_NO_THROW((void)rig.Send(PF_Cmd_SEQUENCE_SETDOWN));
+    }
+}
+
 TEST(Commands, GiveEverythingBackWhicheverHostCallFails)
 {
     // Send throws when the command leaves anything checked out.

@@ -1,0 +1,26 @@
+// callContract.h: what may follow when a host call fails. The code of the failure comes back, or
+// the command does all its work without the call: that is right for every call. This is the list
+// of what else is.
+#pragma once
+
+#include <string_view>
+
+#include "host_api.h"
+
+namespace orv {
+
+enum class consequence {
+    otherCode,     ///< another code comes back: the call's own result carries none
+    withoutBlur,   ///< 0, and the frame is as without motion blur
+    controlStays,  ///< 0, and a control keeps its state
+    noRecord       ///< 0, and the instance's frames are not drawn until it is set up again
+};
+
+/// Whether the list allows it.
+bool MayFollow(consequence what, PF_Cmd cmd, std::string_view call);
+
+/// Whether a command takes back what it was handed even if it cannot reach its host: handles need
+/// a suite.
+bool IsSetDown(PF_Cmd cmd);
+
+}  // namespace orv

@@ -1,0 +1,171 @@
+#include "validate/moduleTrial.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "validate/callContract.h"
+#include "validate/frameCheck.h"
+
+namespace orv {
+namespace {
+
+/// GLOBAL_SETDOWN, with its answer and what it left out.
+trialOutcome SendSetDown(PluginHost& host, const callGate& gate)
+{
+    trialOutcome outcome;
+    std::string message;
+    host.gate() = gate;
+    try {
+        outcome.answer = host.Send(PF_Cmd_GLOBAL_SETDOWN, nullptr, nullptr, nullptr, message);
+    } catch (const failure& problem) {
+        outcome.fault = problem.what();
+    }
+    outcome.gate = std::exchange(host.gate(), {});
+    return outcome;
+}
+
+/// Whether the host tells a refusal: the module answered with an error and broke no rule.
+bool IsRefusal(const std::string& text, PF_Err& answer)
+{
+    constexpr std::string_view kTold = "SETUP failed with error ";
+    const std::size_t at = text.find(kTold);
+    if (at == std::string::npos) return false;
+    answer = std::stoi(text.substr(at + kTold.size()));
+    return true;
+}
+
+/// The call that a gate made to fail, when the gate itself is gone; "" when it was not made.
+std::string FailedCall(const callGate& gate, const callLog& notes)
+{
+    const auto made = static_cast<std::int64_t>(notes.calls.size());
+    if (!gate.missingSuite.empty())
+        return std::ranges::count(notes.suites, gate.missingSuite) > 0 ? "AcquireSuite" : "";
+    if (!gate.refusedCall.empty())
+        return std::ranges::count(notes.calls, gate.refusedCall) > 0 ? gate.refusedCall : "";
+    return gate.failOn > 0 && gate.failOn <= made
+               ? notes.calls[static_cast<std::size_t>(gate.failOn - 1)]
+               : "";
+}
+
+}  // namespace
+
+ModuleTrial::ModuleTrial(std::string module, Checks& checks)
+    : module_(std::move(module)), checks_(checks)
+{
+}
+
+image ModuleTrial::FrameUnder(ValidationBench& bench) const
+{
+    bench.Show(UsualSketch(bench.declaration()));
+    return bench.Render();
+}
+
+bool ModuleTrial::Learn()
+{
+    callGate gate{.failedCall = {}, .missingSuite = {}, .log = &setUpNotes_};
+    ValidationBench bench(module_, TrialOptions(gate));
+    setUpGate_ = std::exchange(bench.host().gate(), {});
+    frame_ = FrameUnder(bench);
+    bench.host().Close();
+
+    ValidationBench again(module_, TrialOptions());
+    gate.log = &setDownNotes_;
+    const trialOutcome usual = SendSetDown(again.host(), gate);
+    setDownGate_ = usual.gate;
+    return checks_.That(usual.answer == PF_Err_NONE && usual.fault.empty(),
+                        "GLOBAL_SETDOWN as it is: answer {} {}", usual.answer, usual.fault);
+}
+
+void ModuleTrial::JudgeFailure(const trialOutcome& outcome)
+{
+    const PF_Err answer = outcome.answer;
+    checks_.That(answer == PF_Err_NONE || answer == outcome.code() ||
+                     MayFollow(consequence::otherCode, PF_Cmd_GLOBAL_SETUP, outcome.call()),
+                 "set-up or set-down of the module: {}, and the answer is {}", outcome.hostsPart(),
+                 answer);
+}
+
+void ModuleTrial::CheckFrame(ValidationBench& bench, const trialOutcome& outcome)
+{
+    const image frame = FrameUnder(bench);
+    checks_.That(frame == frame_,
+                 "set-up or set-down of the module: {}, and a frame after it differs: {}",
+                 outcome.hostsPart(), Difference(frame, frame_));
+    bench.host().Close();
+}
+
+/// Without its record a module draws nothing or refuses its instances.
+void ModuleTrial::CheckFrameWithoutRecord(ValidationBench& bench, const trialOutcome& outcome)
+try {
+    const image frame = FrameUnder(bench);
+    checks_.That(frame == frame_ || frame == bench.EmptyOutput(),
+                 "set-up of the module: {}, and a frame after it is another: {}",
+                 outcome.hostsPart(), Difference(frame, frame_));
+    bench.host().Close();
+} catch (const failure& refused) {
+    if (refused.kind() != failureKind::frame) throw;
+}
+
+void ModuleTrial::CheckUnderNewHost(const trialOutcome& outcome)
+{
+    Attempt(checks_, "set-up of the module after " + outcome.hostsPart(), [&] {
+        ValidationBench bench(module_, TrialOptions());
+        CheckFrame(bench, outcome);
+    });
+}
+
+bool ModuleTrial::TrySetUp(const callGate& gate)
+{
+    callLog notes;
+    trialOutcome outcome{.gate = gate};
+    outcome.gate.log = &notes;
+    std::unique_ptr<ValidationBench> bench;
+    checks_.Doing("set-up of the module, {}", outcome.hostsPart());
+    std::string refusal;
+    try {
+        bench = std::make_unique<ValidationBench>(module_, TrialOptions(outcome.gate));
+        outcome.gate = std::exchange(bench->host().gate(), {});
+    } catch (const failure& problem) {
+        refusal = problem.what();
+        outcome.gate.failedCall = FailedCall(gate, notes);
+    }
+    if (!outcome.met()) return false;
+    if (!refusal.empty() && !IsRefusal(refusal, outcome.answer))
+        checks_.That(false, "{} while {}", refusal, outcome.hostsPart());
+    else
+        JudgeFailure(outcome);
+    if (bench) {
+        Attempt(checks_, "a frame after a set-up in which " + outcome.hostsPart(), [&] {
+            if (MayFollow(consequence::noRecord, PF_Cmd_GLOBAL_SETUP, outcome.call()))
+                CheckFrameWithoutRecord(*bench, outcome);
+            else
+                CheckFrame(*bench, outcome);
+        });
+        bench.reset();  // one host at a time
+    }
+    CheckUnderNewHost(outcome);
+    return true;
+}
+
+bool ModuleTrial::TrySetDown(const callGate& gate)
+{
+    trialOutcome outcome{.gate = gate};
+    checks_.Doing("set-down of the module, {}", outcome.hostsPart());
+    {
+        ValidationBench bench(module_, TrialOptions());
+        outcome = SendSetDown(bench.host(), gate);
+    }
+    if (!outcome.met()) return false;
+    // Without a suite the record's handle cannot be given back.
+    if (!outcome.fault.empty() && outcome.call() != "AcquireSuite")
+        checks_.That(false, "{} while {}", outcome.fault, outcome.hostsPart());
+    else
+        JudgeFailure(outcome);
+    CheckUnderNewHost(outcome);
+    return true;
+}
+
+}  // namespace orv
