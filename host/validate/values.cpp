@@ -95,7 +95,7 @@ int SetCount(const testSetting& setting)
 }
 
 using pictureList = std::vector<std::optional<image>>;  ///< by kTimes; none: refused
-constexpr std::array kTimes{0.0, 4.0, 9.0};
+constexpr std::array kTimes{0.0, 2.5, 9.0};
 
 pictureList FirstPictures(Checks& checks, ValidationBench& bench, const valueSet& set)
 {
