@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
         lossCase{
             "CrashAmongOthers", "crash 2", {"--jobs", "3"}, "the worker was killed by SIGSEGV"},
         lossCase{"Exit", "exit 2", {"--isolate"}, "the worker ended with exit code 7"},
-        lossCase{"Hang", "hang 2", {"--frame-timeout", "4"}, "not done after 4 s; stopped"},
+        lossCase{"Hang", "hang 2", {"--frame-timeout", "8"}, "not done after 8 s; stopped"},
         lossCase{
             "Memory", "memory 2", {"--memory-limit", "800M"}, "needs more than 800 MB; stopped"}),
     [](const auto& each) { return std::string(each.param.name); });
@@ -250,8 +250,11 @@ TEST_F(Workers, OneThatIsKilledFromOutsideIsReplaced)
     const programResult result =
         RunOrvWhile(Faulty(scene, "f.#.png", {"--isolate", "--quiet"}), output_.path(), [&](pid_t) {
             const fs::path hanging = output_.path() / "hanging";
-            if (Eventually([&] { return fs::exists(hanging); }))
-                kill(std::stoi(ReadText(hanging)), SIGKILL);
+            if (!Eventually([&] { return fs::exists(hanging); })) return;
+            const pid_t worker = std::stoi(ReadText(hanging));
+            // As if it had come to write its picture.
+            std::ofstream(output_.path() / fmt::format("f.1.png.{}-0.partial", worker)) << "half";
+            kill(worker, SIGKILL);
         });
     EXPECT_EQ(result.code, 1);
     EXPECT_EQ(
