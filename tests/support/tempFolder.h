@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 namespace orv {
@@ -29,6 +30,12 @@ public:
     [[nodiscard]] std::string file(const std::string& name) const
     {
         return (path_ / name).string();
+    }
+    /// Writes a text file and returns its name.
+    std::string Write(const std::string& name, const std::string& text) const
+    {
+        std::ofstream(path_ / name, std::ios::binary) << text;
+        return file(name);
     }
     [[nodiscard]] int fileCount() const
     {
