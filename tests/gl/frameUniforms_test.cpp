@@ -43,32 +43,6 @@ camData BlurringCamera()
 
 }  // namespace
 
-TEST(MeshUniforms, OfTheDefaults)
-{
-    const meshUniforms uniforms = Make(Defaults());
-    EXPECT_EQ(uniforms.dataFromAE, (vec4{640, 480, 0, -1}));
-    EXPECT_EQ(uniforms.reveal, (vec4{0, 1, 1, 0}));
-    EXPECT_EQ(uniforms.pathReveal, (vec4{0, 1, 1, 1}));
-    EXPECT_EQ(uniforms.contourColor, (vec4{0.25f, 0.5f, 1, 1}));  // blue, green, red
-    EXPECT_EQ(uniforms.DOF, (vec4{}));
-    EXPECT_EQ(Make(Defaults(), {}, passKind::single, true).dataFromAE[3], -2.0f);
-}
-
-TEST(MeshUniforms, LightsCountOnlyWhenUsedAndInThe3DMode)
-{
-    camData camera;
-    camera.numLights = 3;
-    for (const int mode : {kCamera2D, kCamera3D}) {
-        for (const float used : {0.0f, 1.0f}) {
-            paramSnapshot values = Defaults();
-            values.value[kCameraMode] = static_cast<float>(mode);
-            values.value[kUseLights] = used;
-            const float lights = mode == kCamera3D && used != 0.0f ? 3.0f : 0.0f;
-            EXPECT_EQ(Make(values, camera).dataFromAE[2], lights) << mode << ' ' << used;
-        }
-    }
-}
-
 TEST(MeshUniforms, AFirstComponentOfMinusOneIsNudged)
 {
     paramSnapshot values = Defaults();
@@ -96,34 +70,6 @@ TEST(MeshUniforms, DepthOfFieldNamesTheFocusOnlyToTheEncodingPass)
     off.depthOfField = 0.0f;
     EXPECT_EQ(Make(Defaults(), off).DOF, (vec4{}));
 }
-
-struct roleCase {
-    const char* name;
-    int cameraMode;
-    float useLights, extrusion, layers;
-    bool swapped;
-};
-class TextureRoles : public testing::TestWithParam<roleCase> {};
-TEST_P(TextureRoles, AreSwappedOnlyForAnUnlitSheetIn3D)
-{
-    const roleCase& c = GetParam();
-    paramSnapshot values = Defaults();
-    values.value[kCameraMode] = static_cast<float>(c.cameraMode);
-    values.value[kUseLights] = c.useLights;
-    values.value[kExtrusion] = c.extrusion;
-    values.value[kExtrusionNumLayers] = c.layers;
-    const textureRoles roles = ChooseTextureRoles({.ready = true, .source = 7, .back = 9}, values);
-    EXPECT_EQ(roles.video, c.swapped ? 9u : 7u);
-    EXPECT_EQ(roles.back, c.swapped ? 7u : 9u);
-}
-INSTANTIATE_TEST_SUITE_P(
-    Frames, TextureRoles,
-    testing::Values(roleCase{"Unlit3DSheetWithoutLayers", kCamera3D, 0, 0.1f, 0, true},
-                    roleCase{"Unlit3DSheetWithoutDepth", kCamera3D, 0, 0, 5, true},
-                    roleCase{"Unlit3DBand", kCamera3D, 0, 0.1f, 1, false},
-                    roleCase{"Lit3DSheet", kCamera3D, 1, 0, 0, false},
-                    roleCase{"Unlit2DSheet", kCamera2D, 0, 0, 0, false}),
-    [](const auto& each) { return std::string(each.param.name); });
 
 TEST(EyeDistance, IsTheLargerOfTheTwoAndKeepsTheLayerInTheDepthRange)
 {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gl/glFunctions.h"
+#include "support/caseName.h"
 
 using namespace AESDK_OpenGL;
 
@@ -25,26 +26,13 @@ TEST_P(Levels, FollowFromTheMaximum)
     EXPECT_EQ(MaxTextureSizeFor(c.maximum, c.divisor, c.current), c.maxTextureSize);
     EXPECT_EQ(RenderLevelEdges(c.maxTextureSize), c.edges);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Maxima, Levels,
-    testing::Values(levelCase{"Halved", 16384, 2, 4096, 8192, {4096, 2048, 1024}},
-                    levelCase{"Whole", 16384, 1, 0, 16384, {8192, 4096, 2048}},
-                    levelCase{"FloorAtStart", 8192, 2, 4096, 4096, {2048, 1024, 0}},
-                    levelCase{"OneLevelAfterRebuild", 4096, 2, 0, 2048, {1024, 0, 0}},
-                    levelCase{"None", 2048, 2, 0, 1024, {0, 0, 0}},
-                    levelCase{"OddIsCutTwice", 8195, 1, 0, 8195, {4097, 2048, 1024}}),
-    [](const auto& each) { return std::string(each.param.name); });
-
-TEST(Reports, HaveATextForEveryCode)
-{
-    EXPECT_EQ(ReportError(Ok), "OK");
-    EXPECT_EQ(ReportError(ResourcesLoadFailed), "OpenGL resources failed to load!");
-    EXPECT_EQ(ReportError(ExtensionsMissing), "Appropriate OpenGL extensions not found!");
-    EXPECT_EQ(ReportError(ShaderFailed), "Shader Error!");
-    EXPECT_EQ(ReportError(Unknown), "Unknown AESDK_OpenGL error!");
-    for (const int beyond : {8, 1000, -1})
-        EXPECT_EQ(ReportError(static_cast<AESDK_OpenGL_Err>(beyond)), "Unknown Error Code!");
-}
+const levelCase kMaxima[] = {{"Halved", 16384, 2, 4096, 8192, {4096, 2048, 1024}},
+                             {"Whole", 16384, 1, 0, 16384, {8192, 4096, 2048}},
+                             {"FloorAtStart", 8192, 2, 4096, 4096, {2048, 1024, 0}},
+                             {"OneLevelAfterRebuild", 4096, 2, 0, 2048, {1024, 0, 0}},
+                             {"None", 2048, 2, 0, 1024, {0, 0, 0}},
+                             {"OddIsCutTwice", 8195, 1, 0, 8195, {4097, 2048, 1024}}};
+INSTANTIATE_TEST_SUITE_P(Maxima, Levels, testing::ValuesIn(kMaxima), caseName{});
 
 /// A started layer; every test leaves GL's error queue empty.
 class Layer : public testing::Test {
@@ -79,28 +67,6 @@ TEST_F(Layer, StartsOnceAndResetsTheSizeEachTime)
     EXPECT_EQ(data.context, context);
 }
 
-TEST_F(Layer, ASecondSetUpWorksAfterTheFirstHasEnded)
-{
-    for (int round = 0; round < 2; ++round) {
-        ASSERT_EQ(AESDK_OpenGL_InitShader(data, "", ""), Ok) << LastShaderLog();
-        ASSERT_EQ(AESDK_OpenGL_InitResources(data, 2), Ok);
-        ASSERT_EQ(AESDK_OpenGL_MakeReadyToRender(data, 0, SmallestLevel()), Ok);
-        AESDK_OpenGL_StartRenderToShader(data);
-        EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
-        // Once in order, once without a set-down: the flag alone says that the layer is down.
-        if (round == 0) {
-            EXPECT_EQ(AESDK_OpenGL_ReleaseResources(data), Ok);
-            EXPECT_EQ(AESDK_OpenGL_Shutdown(data), Ok);
-            EXPECT_EQ(data.context, nullptr);
-        }
-        data.started = 0;
-        ASSERT_EQ(AESDK_OpenGL_Startup(data), Ok);
-        EXPECT_EQ(data.shaderReady, 0);
-        EXPECT_EQ(data.program, 0u);
-        EXPECT_EQ(data.frameBufferA, levelNames{});
-    }
-}
-
 TEST_F(Layer, NothingCanBeMadeReadyAfterShutdown)
 {
     ASSERT_EQ(AESDK_OpenGL_InitResources(data, 2), Ok);
@@ -125,17 +91,6 @@ TEST_F(Layer, SecondInitResourcesChangesNothing)
     EXPECT_EQ(data.colorTextureB, levelNames{});
     EXPECT_TRUE(data.resourcesReady) << "the caller's to clear";
     EXPECT_EQ(AESDK_OpenGL_MakeReadyToRender(data, 0, SmallestLevel()), ResourcesLoadFailed);
-}
-
-TEST_F(Layer, RebuildWithAnotherDivisorMovesTheLevels)
-{
-    ASSERT_EQ(AESDK_OpenGL_InitResources(data, 2), Ok);
-    const int halved = data.maxTextureSize;
-    ASSERT_EQ(AESDK_OpenGL_ReleaseResources(data), Ok);
-    data.resourcesReady = 0;
-    data.maxTextureSize = 0;
-    ASSERT_EQ(AESDK_OpenGL_InitResources(data, 1), Ok);
-    EXPECT_EQ(data.maxTextureSize, 2 * halved);
 }
 
 TEST_F(Layer, TargetsAreWholeAndDeep)

@@ -4,10 +4,10 @@
 
 #include <functional>
 #include <limits>
-#include <ostream>
 #include <vector>
 
 #include "gl/paramSampling.h"
+#include "support/caseName.h"
 
 namespace {
 
@@ -29,10 +29,6 @@ struct motionCase {
     bool moves;
     std::function<void(std::vector<frameInstant>&)> change;
 };
-void PrintTo(const motionCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 class Motion : public testing::TestWithParam<motionCase> {};
 
 TEST_P(Motion, IsFoundByExactComparison)
@@ -41,32 +37,27 @@ TEST_P(Motion, IsFoundByExactComparison)
     GetParam().change(samples);
     EXPECT_EQ(FrameMoves(samples), GetParam().moves);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Changes, Motion,
-    testing::Values(
-        motionCase{"None", false, [](auto&) {}},
-        motionCase{"LastPointOfTheRibbon", true,
-                   [](auto& s) { s[1].shape.ribbon.posA.back().z += 1e-6f; }},
-        motionCase{"LastPointOfTheContour", true,
-                   [](auto& s) { s[2].shape.contour.tex.back().x = 4.5f; }},
-        motionCase{"MaskThatDisappears", true, [](auto& s) { s[0].shape.flat = true; }},
-        motionCase{"MoreSteps", true, [](auto& s) { s[0].shape.ribbon.posA.emplace_back(); }},
-        motionCase{"NotANumber", true,
-                   [](auto& s) {
-                       for (frameInstant& each : s)
-                           each.shape.ribbon.pathPos[7] = std::numeric_limits<double>::quiet_NaN();
-                   }},
-        motionCase{"Camera", true, [](auto& s) { s[0].camera.cameraMatrix.mat[1][2] = 1e-12; }},
-        // The camera is asked about at both ends only.
-        motionCase{"CameraInBetween", false,
-                   [](auto& s) { s[1].camera.cameraMatrix.mat[3][0] = 5; }},
-        motionCase{"Anchor", true, [](auto& s) { s[3].values.anchor.y = 1; }},
-        motionCase{"Position", true, [](auto& s) { s[1].values.position.z = 1; }},
-        motionCase{"FirstOfThePlacement", true, [](auto& s) { s[1].values.value[kScaleX] = 1; }},
-        motionCase{"LastOfThePlacement", true, [](auto& s) { s[1].values.value[kCameraMode] = 1; }},
-        // What shows in no mesh and no placement is not looked at.
-        motionCase{"OtherValues", false, [](auto& s) { s[1].values.value[kRevealStart] = 1; }}),
-    [](const auto& each) { return std::string(each.param.name); });
+const motionCase kChanges[] = {
+    {"None", false, [](auto&) {}},
+    {"LastPointOfTheRibbon", true, [](auto& s) { s[1].shape.ribbon.posA.back().z += 1e-6f; }},
+    {"LastPointOfTheContour", true, [](auto& s) { s[2].shape.contour.tex.back().x = 4.5f; }},
+    {"MaskThatDisappears", true, [](auto& s) { s[0].shape.flat = true; }},
+    {"MoreSteps", true, [](auto& s) { s[0].shape.ribbon.posA.emplace_back(); }},
+    {"NotANumber", true,
+     [](auto& s) {
+         for (frameInstant& each : s)
+             each.shape.ribbon.pathPos[7] = std::numeric_limits<double>::quiet_NaN();
+     }},
+    {"Camera", true, [](auto& s) { s[0].camera.cameraMatrix.mat[1][2] = 1e-12; }},
+    // The camera is asked about at both ends only.
+    {"CameraInBetween", false, [](auto& s) { s[1].camera.cameraMatrix.mat[3][0] = 5; }},
+    {"Anchor", true, [](auto& s) { s[3].values.anchor.y = 1; }},
+    {"Position", true, [](auto& s) { s[1].values.position.z = 1; }},
+    {"FirstOfThePlacement", true, [](auto& s) { s[1].values.value[kScaleX] = 1; }},
+    {"LastOfThePlacement", true, [](auto& s) { s[1].values.value[kCameraMode] = 1; }},
+    // What shows in no mesh and no placement is not looked at.
+    {"OtherValues", false, [](auto& s) { s[1].values.value[kRevealStart] = 1; }}};
+INSTANTIATE_TEST_SUITE_P(Changes, Motion, testing::ValuesIn(kChanges), caseName{});
 
 TEST(SampleTimes, RunFromTheShuttersEndBackToTheFrame)
 {

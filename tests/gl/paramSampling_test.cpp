@@ -77,36 +77,4 @@ TEST(SampledParams, AreThoseOfAnotherTime)
     });
 }
 
-TEST(SampledParams, GiveEverythingBackWhicheverHostCallFails)
-{
-    InstanceRig rig(instanceScene{.values = kMovingValues}.json());
-    orv::callGate& gate = rig.host().gate();
-    // Tried: the calls about the first parameters and the very last ones.
-    int failures = 0;
-    const auto fail = [&](std::int64_t k) {
-        std::int64_t made = 0;
-        const auto sample = [&](const renderHost& host) {
-            paramSnapshot values;
-            gate = {};
-            gate.failOn = k;
-            PF_Err err = PF_Err_NONE;
-            try {
-                err = SampleParams(host, 0, values);
-            } catch (const PF_Err missingSuite) {
-                err = missingSuite;
-            }
-            made = gate.made;
-            EXPECT_EQ(err != PF_Err_NONE, k <= made) << k << ", " << gate.failedCall;
-            failures += err != PF_Err_NONE ? 1 : 0;
-            gate = {};
-        };
-        EXPECT_NO_THROW(WithHost(rig, rig.At(0), sample)) << k;
-        return made;
-    };
-    const std::int64_t all = fail(1'000'000);
-    for (std::int64_t k = 1; k <= 40; ++k) fail(k);
-    for (std::int64_t k = all - 12; k <= all; ++k) fail(k);
-    EXPECT_EQ(failures, 53);
-}
-
 }  // namespace

@@ -33,26 +33,6 @@ struct paddedWorld {
 
 }  // namespace
 
-TEST(Tex1632, ScalesBy32768AndKeepsTheChannelOrder)
-{
-    paddedWorld<PF_Pixel16> from(2, 2, 24, 0xAB);
-    paddedWorld<PF_PixelFloat> to(2, 2, 32, 0);
-    *from.at(0, 1) = {32768, 1, 16384, 0};
-    *from.at(1, 1) = {0, 8192, 32767, 3};
-    worldPair pair{&from.world, &to.world};
-
-    EXPECT_EQ(tex1632(&pair, 0, 1, 2), PF_Err_NONE);
-
-    const PF_PixelFloat first = *to.at(0, 1), second = *to.at(1, 1);
-    EXPECT_EQ(first.alpha, 1.0f);
-    EXPECT_EQ(first.red, 3.0517578125e-5f);
-    EXPECT_EQ(first.green, 0.5f);
-    EXPECT_EQ(first.blue, 0.0f);
-    EXPECT_EQ(second.red, 0.25f);
-    EXPECT_EQ(second.green, 0.999969482421875f);
-    EXPECT_EQ(to.at(0, 0)->alpha, 0.0f) << "another row was touched";
-}
-
 TEST(Tex3216, TruncatesAndLeavesThePaddingAlone)
 {
     paddedWorld<PF_PixelFloat> from(2, 1, 16, 0);
@@ -87,16 +67,6 @@ TEST(PixelConversion, EverySixteenBitValueSurvivesTheRoundTrip)
     tex1632(&there, 0, 0, 1);
     tex3216(&andBack, 0, 0, 1);
     EXPECT_EQ(from.memory, back.memory);
-}
-
-TEST(PixelConversion, AWorldOfWidthZeroChangesNothing)
-{
-    paddedWorld<PF_Pixel16> from(0, 1, 8, 0);
-    paddedWorld<PF_PixelFloat> to(1, 1, 0, 0x11);
-    const std::vector<unsigned char> before = to.memory;
-    worldPair pair{&from.world, &to.world};
-    EXPECT_EQ(tex1632(&pair, 0, 0, 1), PF_Err_NONE);
-    EXPECT_EQ(to.memory, before);
 }
 
 TEST(PremultiplyRow, EightBitsRoundToTheNearestForEveryPair)

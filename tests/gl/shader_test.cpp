@@ -10,6 +10,7 @@
 
 #include "gl/shaderForms.h"
 #include "gl/shaderRig.h"
+#include "support/caseName.h"
 
 namespace {
 
@@ -59,12 +60,11 @@ TEST_P(Reveal, ShowsWhatLiesBetweenTheBoundsWithoutThem)
                     kRounding);
     }
 }
-INSTANTIATE_TEST_SUITE_P(Orientations, Reveal,
-                         testing::Values(revealCase{"Upright", 1, true, 5, 7},
-                                         revealCase{"Quarter", 2, false, 9, 11},
-                                         revealCase{"Half", 3, true, 9, 11},
-                                         revealCase{"ThreeQuarters", 4, false, 5, 7}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const revealCase kOrientations[] = {{"Upright", 1, true, 5, 7},
+                                    {"Quarter", 2, false, 9, 11},
+                                    {"Half", 3, true, 9, 11},
+                                    {"ThreeQuarters", 4, false, 5, 7}};
+INSTANTIATE_TEST_SUITE_P(Orientations, Reveal, testing::ValuesIn(kOrientations), caseName{});
 
 TEST_F(Shader, WholeRevealClearsTheEdgesThemselves)
 {
@@ -86,32 +86,6 @@ TEST_F(Shader, PathRevealExcludesItsBounds)
     EXPECT_FALSE(shows(0.5f, 1.0f));
     EXPECT_FALSE(shows(0.0f, 0.5f));
 }
-
-struct faceCase {
-    const char* name;
-    bool lit, separateBack, backFacing;
-    bool showsVideo;
-};
-class Faces : public Shader, public testing::WithParamInterface<faceCase> {};
-TEST_P(Faces, PickTheirTexture)
-{
-    const faceCase& c = GetParam();
-    // A light count below 1 takes the lit face rule without any light.
-    rig.Pass("dataFromAE", 16, 16, c.lit ? 0.5f : 0.0f, c.separateBack ? -2.0f : -1.0f);
-    cellDraw cell = WholeTexelCell();
-    cell.backFacing = c.backFacing;
-    ExpectPixel(rig.Draw(cell).at(8, 8), c.showsVideo ? kVideo : kBack, kRounding);
-}
-INSTANTIATE_TEST_SUITE_P(Rules, Faces,
-                         testing::Values(faceCase{"UnlitOneSource", false, false, false, false},
-                                         faceCase{"UnlitOneSourceBack", false, false, true, false},
-                                         faceCase{"UnlitFront", false, true, false, false},
-                                         faceCase{"UnlitBack", false, true, true, true},
-                                         faceCase{"LitOneSource", true, false, false, true},
-                                         faceCase{"LitOneSourceBack", true, false, true, true},
-                                         faceCase{"LitFront", true, true, false, true},
-                                         faceCase{"LitBack", true, true, true, false}),
-                         [](const auto& each) { return std::string(each.param.name); });
 
 TEST_F(Shader, FractionalLightCountNeitherLightsNorClips)
 {
@@ -166,16 +140,15 @@ TEST_P(BlurEncoding, HoldsFractionStepsAndSign)
     // The texel drawn is half transparent.
     ExpectPixel(actual, {c.encoding[0] / 2, c.encoding[1] / 2, c.encoding[2] / 2, 0.5f}, 1e-4f);
 }
-INSTANTIATE_TEST_SUITE_P(Depths, BlurEncoding,
-                         testing::Values(
-                             // (300/100 - 1) / 2 / pi
-                             blurCase{"Beyond", -300, 100, {0.31831f, 1.0f, 0.0f, 1.0f}},
-                             // (50/100 - 1) / 2 / pi
-                             blurCase{"Before", -50, 100, {0.0795775f, 1.0f, 1.0f, 1.0f}},
-                             // (300/10 - 1) / 2 / pi = 4.61550: a fifth of it, five times
-                             blurCase{"FarBeyond", -300, 10, {0.92310f, 0.2f, 0.0f, 1.0f}},
-                             blurCase{"InFocus", -100, 100, {0.0f, 0.0f, 0.0f, 1.0f}}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const blurCase kDepths[] = {
+    // (300/100 - 1) / 2 / pi
+    {"Beyond", -300, 100, {0.31831f, 1.0f, 0.0f, 1.0f}},
+    // (50/100 - 1) / 2 / pi
+    {"Before", -50, 100, {0.0795775f, 1.0f, 1.0f, 1.0f}},
+    // (300/10 - 1) / 2 / pi = 4.61550: a fifth of it, five times
+    {"FarBeyond", -300, 10, {0.92310f, 0.2f, 0.0f, 1.0f}},
+    {"InFocus", -100, 100, {0.0f, 0.0f, 0.0f, 1.0f}}};
+INSTANTIATE_TEST_SUITE_P(Depths, BlurEncoding, testing::ValuesIn(kDepths), caseName{});
 
 TEST_F(Shader, DepthIsEncodedBetweenItsBounds)
 {
@@ -247,38 +220,6 @@ pixel PlainAntiAliased(const image& picture, float x, float y)
     return Luma(wide) < least || Luma(wide) > most ? narrow : wide;
 }
 
-struct tapOffset {
-    float x, y, k;
-};
-constexpr tapOffset kTaps[40] = {
-    {0.0f, 0.4f, 1},       {0.15f, 0.37f, 1},     {0.29f, 0.29f, 1},      {-0.37f, 0.15f, 1},
-    {0.4f, 0.0f, 1},       {0.37f, -0.15f, 1},    {0.29f, -0.29f, 1},     {-0.15f, -0.37f, 1},
-    {0.0f, -0.4f, 1},      {-0.15f, 0.37f, 1},    {-0.29f, 0.29f, 1},     {0.37f, 0.15f, 1},
-    {-0.4f, 0.0f, 1},      {-0.37f, -0.15f, 1},   {-0.29f, -0.29f, 1},    {0.15f, -0.37f, 1},
-    {0.15f, 0.37f, 0.9f},  {-0.37f, 0.15f, 0.9f}, {0.37f, -0.15f, 0.9f},  {-0.15f, -0.37f, 0.9f},
-    {-0.15f, 0.37f, 0.9f}, {0.37f, 0.15f, 0.9f},  {-0.37f, -0.15f, 0.9f}, {0.15f, -0.37f, 0.9f},
-    {0.29f, 0.29f, 0.7f},  {0.4f, 0.0f, 0.7f},    {0.29f, -0.29f, 0.7f},  {0.0f, -0.4f, 0.7f},
-    {-0.29f, 0.29f, 0.7f}, {-0.4f, 0.0f, 0.7f},   {-0.29f, -0.29f, 0.7f}, {0.0f, 0.4f, 0.7f},
-    {0.29f, 0.29f, 0.4f},  {0.4f, 0.0f, 0.4f},    {0.29f, -0.29f, 0.4f},  {0.0f, -0.4f, 0.4f},
-    {-0.29f, 0.29f, 0.4f}, {-0.4f, 0.0f, 0.4f},   {-0.29f, -0.29f, 0.4f}, {0.0f, 0.4f, 0.4f}};
-
-/// `blur` is the decoded radius, more than 1.
-pixel PlainBlurred(const image& picture, float x, float y, float blur)
-{
-    const float steps = std::ceil(std::abs(blur));
-    pixel sum = PlainAntiAliased(picture, x, y);
-    for (float step = 1; step < steps; ++step)
-        for (const tapOffset& tap : kTaps) {
-            const float reach = step / steps * blur * tap.k;
-            pixel value = Sample(picture, x + tap.x * reach, y + tap.y * reach);
-            value[3] = std::sqrt(value[3]);
-            sum = sum + value;
-        }
-    sum = sum * (1 / ((steps - 1) * 40 + 1));
-    sum[3] *= sum[3];
-    return sum;
-}
-
 class PostPass : public testing::Test {
 protected:
     image Run(const image& picture, float gain, float resolution)
@@ -343,27 +284,6 @@ TEST_F(PostPass, AgreesWithThePlainVersion)
         }
     EXPECT_LE(differing, 4);
 }
-
-class DepthBlur : public testing::TestWithParam<float> {};
-TEST_P(DepthBlur, AgreesWithThePlainVersion)
-{
-    const float blur = GetParam();
-    std::mt19937 random(3);
-    const image picture = RandomImage(16, random);
-    ShaderRig rig;
-    rig.SetImage(0, picture);
-    // Decoded: 0.37 / 0.5 x DOF[0] x DOF[1] / 100 / 0.74, negated where blue is 1.
-    rig.SetImage(2, FlatImage(16, 16, {0.37f, 0.5f, blur < 0 ? 1.0f : 0.0f, 1.0f}));
-    rig.Pass("dataFromAE", 1, 0, 1, 3);
-    rig.Pass("DOF", std::abs(blur), 100, 1, 0);
-    const image blurred = rig.Draw({});
-    for (const auto& [x, y] : {std::pair{8, 8}, std::pair{5, 11}, std::pair{0, 15}})
-        ExpectPixel(
-            blurred.at(x, y),
-            PlainBlurred(picture, static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f, blur),
-            1e-4f);
-}
-INSTANTIATE_TEST_SUITE_P(Radii, DepthBlur, testing::Values(1.5f, 6.3f, -6.3f));
 
 TEST(DepthBlurLimits, NothingToBlurLeavesTheColour)
 {

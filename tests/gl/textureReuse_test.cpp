@@ -1,8 +1,7 @@
 #include "gl/textureReuse.h"
+#include "support/caseName.h"
 
 #include <gtest/gtest.h>
-
-#include <functional>
 
 namespace {
 
@@ -40,20 +39,18 @@ TEST_P(TextureInputs, AnyChangeIsNoticedAndRemembered)
     StoreInputs(changed, record);
     EXPECT_EQ(changed, CachedInputs(record));
 }
-INSTANTIATE_TEST_SUITE_P(
-    Each, TextureInputs,
-    testing::Values(changeCase{"Downsample", [](textureInputs& i) { i.downsample = 1; }},
-                    changeCase{"Rotation", [](textureInputs& i) { i.rotation = 3; }},
-                    changeCase{"CropLeft", [](textureInputs& i) { i.cropLeft = 1.25; }},
-                    changeCase{"CropRight", [](textureInputs& i) { i.cropRight = 0; }},
-                    changeCase{"CropTop", [](textureInputs& i) { i.cropTop = 4.5; }},
-                    changeCase{"CropBottom", [](textureInputs& i) { i.cropBottom = 3.5; }},
-                    changeCase{"ContourMask", [](textureInputs& i) { i.contourInset = true; }},
-                    changeCase{"Depth",
-                               [](textureInputs& i) { i.pixelFormat = PF_PixelFormat_ARGB64; }},
-                    changeCase{"Width", [](textureInputs& i) { i.worldWidth = 961; }},
-                    changeCase{"Height", [](textureInputs& i) { i.worldHeight = 541; }}),
-    [](const auto& each) { return std::string(each.param.name); });
+const changeCase kEach[] = {
+    {"Downsample", [](textureInputs& i) { i.downsample = 1; }},
+    {"Rotation", [](textureInputs& i) { i.rotation = 3; }},
+    {"CropLeft", [](textureInputs& i) { i.cropLeft = 1.25; }},
+    {"CropRight", [](textureInputs& i) { i.cropRight = 0; }},
+    {"CropTop", [](textureInputs& i) { i.cropTop = 4.5; }},
+    {"CropBottom", [](textureInputs& i) { i.cropBottom = 3.5; }},
+    {"ContourMask", [](textureInputs& i) { i.contourInset = true; }},
+    {"Depth", [](textureInputs& i) { i.pixelFormat = PF_PixelFormat_ARGB64; }},
+    {"Width", [](textureInputs& i) { i.worldWidth = 961; }},
+    {"Height", [](textureInputs& i) { i.worldHeight = 541; }}};
+INSTANTIATE_TEST_SUITE_P(Each, TextureInputs, testing::ValuesIn(kEach), caseName{});
 
 TEST(HasTextures, AsksForABackFaceOnlyWhenOneIsNamed)
 {

@@ -4,12 +4,11 @@
 #include <GL/glu.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 
 #include "gl/shaderRig.h"
+#include "support/caseName.h"
 
 namespace {
 
@@ -26,18 +25,6 @@ vec ToWindow(const vec& point)
     gluProject(point[0], point[1], point[2], model.data(), projection.data(), viewport.data(),
                &window[0], &window[1], &window[2]);
     return window;
-}
-
-/// GL keeps its matrices in float.
-void ExpectGlMatrix(GLenum which, const A_Matrix4& expected)
-{
-    std::array<double, 16> actual{};
-    glGetDoublev(which, actual.data());
-    for (std::size_t i = 0; i < 16; ++i) {
-        const double value = expected.mat[i / 4][i % 4];
-        EXPECT_NEAR(actual[i], value, 1e-6 * std::max(1.0, std::abs(value)) + 1e-6)
-            << "entry " << i;
-    }
 }
 
 camData Camera(const std::array<vec, 4>& rows, float zoom)
@@ -80,28 +67,13 @@ TEST_P(CameraView, ShowsAPointWhereItsAxesSay)
         EXPECT_NEAR(window[1], (150.0 + 40) / den, 1e-3);
     }
 }
-TEST_P(CameraView, IsWhatTheFormulasSay)
-{
-    const viewSize size{400, 300, 200, 150};
-    camData camera = Camera(GetParam().rows, 1000.0f);
-    cam3D(size, {}, camera, 120, 4000);
-    SetUpVector(camera);
-    ExpectGlMatrix(GL_PROJECTION_MATRIX, ProjectionMatrix(MakeLens(size, camera.zoom, 120, 4000)));
-    ExpectGlMatrix(GL_MODELVIEW_MATRIX, ViewMatrix(CameraLookAt(size, camera)));
-    SetView2D(size, 3000);
-    ExpectGlMatrix(GL_PROJECTION_MATRIX, ProjectionMatrix2D(size));
-    ExpectGlMatrix(GL_MODELVIEW_MATRIX, ViewMatrix(FrontLookAt(size, 3000)));
-}
-INSTANTIATE_TEST_SUITE_P(
-    Cameras, CameraView,
-    testing::Values(
-        viewCase{"Default", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {200, 150, -500}}}},
-        viewCase{"Moved", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {-30, 700, 45}}}},
-        viewCase{"Turned", {{{0.8, 0, -0.6}, {0, 1, 0}, {0.6, 0, 0.8}, {10, 20, -300}}}},
-        viewCase{"Rolled", {{{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}, {200, 150, -500}}}},
-        viewCase{"TiltedAndRolled",
-                 {{{0.6, 0.64, -0.48}, {-0.8, 0.48, -0.36}, {0, 0.6, 0.8}, {50, 60, -70}}}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const viewCase kCameras[] = {
+    {"Default", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {200, 150, -500}}}},
+    {"Moved", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {-30, 700, 45}}}},
+    {"Turned", {{{0.8, 0, -0.6}, {0, 1, 0}, {0.6, 0, 0.8}, {10, 20, -300}}}},
+    {"Rolled", {{{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}, {200, 150, -500}}}},
+    {"TiltedAndRolled", {{{0.6, 0.64, -0.48}, {-0.8, 0.48, -0.36}, {0, 0.6, 0.8}, {50, 60, -70}}}}};
+INSTANTIATE_TEST_SUITE_P(Cameras, CameraView, testing::ValuesIn(kCameras), caseName{});
 
 class View : public testing::Test {
 protected:
@@ -160,13 +132,6 @@ void ExpectGrey(const pixel& actual, float value, float tolerance = kShading)
     ExpectPixel(actual, {value, value, value, 1}, tolerance);
 }
 
-TEST_F(View, ParallelLightShinesAlongItsDirection)
-{
-    // Texel 0.5 x light 0.5 x material 1.28.
-    ExpectGrey(DrawLit(LitBy({Light(AEGP_LightType_PARALLEL)}), kMatt).at(32, 32), 0.32f);
-    ExpectGrey(DrawLit(LitBy({Reversed(Light(AEGP_LightType_PARALLEL))}), kMatt).at(32, 32), 0.0f);
-}
-
 TEST_F(View, PointLightShinesFromItsPlaceAndFadesWithItsConstant)
 {
     const auto at = [](float z) { return LitBy({Light(AEGP_LightType_POINT, 32.5f, 32.5f, z)}); };
@@ -194,13 +159,6 @@ TEST_F(View, SpotLightKeepsToItsCone)
     ExpectGrey(DrawLit(LitBy({Reversed(spot)}), kMatt).at(37, 32), 0.0f);
 }
 
-TEST_F(View, AmbientLightReachesEverything)
-{
-    // Material 0.5 x 1.28; twice the light's 0.5 of it and 0.2 of the scene.
-    ExpectGrey(DrawLit(LitBy({Light(AEGP_LightType_AMBIENT)}), kMatt).at(5, 60),
-               0.5f * 0.64f * (0.5f + 0.2f));
-}
-
 TEST_F(View, HighlightIsScaledByTheMetalFactor)
 {
     const camData camera = LitBy({Light(AEGP_LightType_PARALLEL)});
@@ -214,21 +172,6 @@ TEST_F(View, ColoursAreBlueGreenRed)
     lightData red = Light(AEGP_LightType_PARALLEL);
     red.color[2] = red.color[3] = 0.0;
     ExpectPixel(DrawLit(LitBy({red}), kMatt).at(32, 32), {0, 0, 0.32f, 1}, kShading);
-}
-
-TEST_F(View, LightsOfAnEarlierFrameLeaveNoTrace)
-{
-    const lightData lamp = Light(AEGP_LightType_PARALLEL);
-    const image alone = DrawLit(LitBy({lamp}), kMatt);
-    (void)DrawLit(LitBy(std::vector<lightData>(8, lamp)), kMatt);
-    EXPECT_EQ(DrawLit(LitBy({lamp}), kMatt).pixels, alone.pixels);
-    EXPECT_TRUE(glIsEnabled(GL_LIGHT0));
-    EXPECT_FALSE(glIsEnabled(GL_LIGHT1));
-    // A type that is not known counts, and is dark.
-    ExpectGrey(DrawLit(LitBy({Light(7)}), kMatt).at(32, 32), 0.0f);
-    cam3D(kSize, kMatt, LitBy({}), 100, 100000);
-    EXPECT_FALSE(glIsEnabled(GL_LIGHTING));
-    EXPECT_FALSE(glIsEnabled(GL_LIGHT0));
 }
 
 TEST_F(View, AmbientLightsAreAveraged)
@@ -264,19 +207,17 @@ TEST_P(LightValues, AreClampedToWhatGLTakes)
     EXPECT_FLOAT_EQ(actual, c.expected);
 }
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-INSTANTIATE_TEST_SUITE_P(
-    Values, LightValues,
-    testing::Values(lightValueCase{"Cone", GL_SPOT_CUTOFF, 60, 0, 15, 30},
-                    lightValueCase{"WideCone", GL_SPOT_CUTOFF, 400, 0, 15, 90},
-                    lightValueCase{"NegativeCone", GL_SPOT_CUTOFF, -10, 0, 15, 0},
-                    lightValueCase{"NoCone", GL_SPOT_CUTOFF, kNaN, 0, 15, 0},
-                    lightValueCase{"Feather", GL_SPOT_EXPONENT, 60, 100, 15, 12.8f},
-                    lightValueCase{"HugeFeather", GL_SPOT_EXPONENT, 60, 5000, 15, 128},
-                    lightValueCase{"NegativeFeather", GL_SPOT_EXPONENT, 60, -5, 15, 0},
-                    lightValueCase{"Constant", GL_CONSTANT_ATTENUATION, 60, 0, 15, 1.5f},
-                    lightValueCase{"NoConstant", GL_CONSTANT_ATTENUATION, 60, 0, 0, 0.001f},
-                    lightValueCase{"MostConstant", GL_CONSTANT_ATTENUATION, 60, 0, 100, 10}),
-    [](const auto& each) { return std::string(each.param.name); });
+const lightValueCase kValues[] = {{"Cone", GL_SPOT_CUTOFF, 60, 0, 15, 30},
+                                  {"WideCone", GL_SPOT_CUTOFF, 400, 0, 15, 90},
+                                  {"NegativeCone", GL_SPOT_CUTOFF, -10, 0, 15, 0},
+                                  {"NoCone", GL_SPOT_CUTOFF, kNaN, 0, 15, 0},
+                                  {"Feather", GL_SPOT_EXPONENT, 60, 100, 15, 12.8f},
+                                  {"HugeFeather", GL_SPOT_EXPONENT, 60, 5000, 15, 128},
+                                  {"NegativeFeather", GL_SPOT_EXPONENT, 60, -5, 15, 0},
+                                  {"Constant", GL_CONSTANT_ATTENUATION, 60, 0, 15, 1.5f},
+                                  {"NoConstant", GL_CONSTANT_ATTENUATION, 60, 0, 0, 0.001f},
+                                  {"MostConstant", GL_CONSTANT_ATTENUATION, 60, 0, 100, 10}};
+INSTANTIATE_TEST_SUITE_P(Values, LightValues, testing::ValuesIn(kValues), caseName{});
 
 TEST_F(View, MaterialFollowsTheSliders)
 {

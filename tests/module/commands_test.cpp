@@ -52,39 +52,12 @@ TEST(Module, TwoSetUpsAndSetDownsInOneProcess)
     }
 }
 
-class QuietCommands : public testing::TestWithParam<PF_Cmd> {};
-
-TEST_P(QuietCommands, AnswerZeroAndChangeNothing)
-{
-    PluginHost host(ModulePath(), {});
-    std::string message = "unset";
-    EXPECT_EQ(host.Send(GetParam(), nullptr, nullptr, nullptr, message), PF_Err_NONE);
-    EXPECT_EQ(message, "");
-}
-
-INSTANTIATE_TEST_SUITE_P(Unlisted, QuietCommands,
-                         testing::Values(2, 7, 9, 12, 15, 16, 17, 19, 1000, -1));
-
 TEST(Module, TellsItsVersion)
 {
     PluginHost host(ModulePath(), {});
     std::string message;
     EXPECT_EQ(host.Send(PF_Cmd_ABOUT, nullptr, nullptr, nullptr, message), PF_Err_NONE);
     EXPECT_EQ(message, "KAL_Orv, v1.6.0\rMask based distortion.");
-}
-
-TEST(Module, DeclaresItsParametersInOrder)
-{
-    PluginHost host(ModulePath(), {});
-    const auto& params = host.declaration().params;
-    ASSERT_EQ(params.size(), 283U);
-    EXPECT_EQ(params[142].name, "Z at vertex 100");
-    EXPECT_EQ(params[142].id, 150);
-    EXPECT_EQ(params[245].id, 260);
-    EXPECT_EQ(params[14].id, 268);
-    EXPECT_EQ(params[31].id, 267);
-    EXPECT_EQ(params[282].name, "Allow maximum texture size");
-    EXPECT_EQ(params[6].choices, (std::vector<std::string>{"0°", "90°", "180°", "270°"}));
 }
 
 }  // namespace

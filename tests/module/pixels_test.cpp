@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "module/rig.h"
+#include "support/caseName.h"
 
 namespace orv::test {
 namespace {
@@ -119,6 +120,21 @@ TEST(Pixels, ATransparentPictureKeepsItsColours)
     EXPECT_NEAR(pixel.b, 20, 2);
 }
 
+TEST(Pixels, AMeshOfManyCellsIsDrawnWhole)
+{
+    // 161 steps, two faces, 100 strips: more cells than one vertex array holds. Cells come from the
+    // middle outwards, so that the corners are in the last piece.
+    ribbonScene scene{.w = 128, .h = 96, .sourceW = 80, .sourceH = 32};
+    scene.masks = PolygonMask({{24, 48}, {104, 48}}, false);
+    scene.values = kSourceAndMask + Value(17, "200") + Value(18, "100");
+    const image picture = Quarters(80, 32, 8);
+    Rig rig(scene.json(), {{"source.png", picture}});
+    const image out = rig.Layer("ribbon");
+    for (const int y : {2, 12, 20, 29})
+        for (const int x : {2, 36, 44, 77})
+            EXPECT_EQ(PixelAt(out, 24 + x, 32 + y), PixelAt(picture, x, y)) << x << ", " << y;
+}
+
 TEST(Pixels, HalfResolutionShowsTheSamePictureScaledDown)
 {
     ribbonScene scene{.w = 128, .h = 96, .sourceW = 80, .sourceH = 32};
@@ -154,49 +170,10 @@ TEST_P(CompositeMode, LaysTheRibbonOverOrUnderTheLayer)
     EXPECT_EQ(PixelAt(out, 4, 4), GetParam().outside);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Modes, CompositeMode,
-    testing::Values(compositeCase{"None", 1, {255, 200, 100, 50}, {0, 0, 0, 0}},
-                    compositeCase{"Over", 2, {255, 200, 100, 50}, {255, 0x20, 0x40, 0x60}},
-                    compositeCase{"Under", 3, {255, 0x20, 0x40, 0x60}, {255, 0x20, 0x40, 0x60}}),
-    [](const auto& each) { return std::string(each.param.name); });
-
-TEST(Pixels, RevealHidesBothEndsOfTheSource)
-{
-    // 25 % to 75 % of 40 pixels: 10..30 of the picture stays, that is x 22..42.
-    ribbonScene scene{.masks = kStraightMask,
-                      .values = kSourceAndMask + Value(23, "25") + Value(24, "75")};
-    Rig rig(scene.json(), {{"source.png", Flat(kWidth, kHeight, 8, {255, 255, 255, 255})}});
-    const image out = rig.Layer("ribbon");
-    EXPECT_EQ(PixelAt(out, 18, 24).a, 0);
-    EXPECT_EQ(PixelAt(out, 25, 24).a, 255);
-    EXPECT_EQ(PixelAt(out, 39, 24).a, 255);
-    EXPECT_EQ(PixelAt(out, 46, 24).a, 0);
-}
-
-TEST(Pixels, AHalfTurnShowsTheBackFaceMirrored)
-{
-    // Twisted by 180 degrees all along, the viewer sees the back face, its upper edge below.
-    ribbonScene scene{.masks = kStraightMask};
-    scene.values = kSourceAndMask + Value(16, "3") + Value(19, "180") + Value(20, "180");
-    scene.moreLayers =
-        R"(, {"ty": 1, "ind": 3, "nm": "back", "sw": 40, "sh": 16, "sc": "#00ffff", "hd": true, "ip": 0, "op": 10, "ks": {}})";
-    Rig rig(scene.json(), {{"source.png", Quarters(kWidth, kHeight, 8)}});
-    const image out = rig.Layer("ribbon");
-    EXPECT_EQ(PixelAt(out, 20, 20), (argb{255, 0, 255, 255}));
-    EXPECT_EQ(PixelAt(out, 44, 28), (argb{255, 0, 255, 255}));
-}
-
-TEST(Pixels, WithoutThicknessAHalfTurnFlipsThePictureTopToBottom)
-{
-    ribbonScene scene{.masks = kStraightMask};
-    scene.values = kSourceAndMask + Value(251, "0") + Value(19, "180") + Value(20, "180");
-    Rig rig(scene.json(), {{"source.png", Quarters(kWidth, kHeight, 8)}});
-    const image out = rig.Layer("ribbon");
-    EXPECT_EQ(PixelAt(out, 20, 20), (argb{255, 0, 0, 255}));
-    EXPECT_EQ(PixelAt(out, 20, 28), (argb{255, 255, 0, 0}));
-    EXPECT_EQ(PixelAt(out, 44, 20), (argb{255, 255, 255, 255}));
-}
+const compositeCase kModes[] = {{"None", 1, {255, 200, 100, 50}, {0, 0, 0, 0}},
+                                {"Over", 2, {255, 200, 100, 50}, {255, 0x20, 0x40, 0x60}},
+                                {"Under", 3, {255, 0x20, 0x40, 0x60}, {255, 0x20, 0x40, 0x60}}};
+INSTANTIATE_TEST_SUITE_P(Modes, CompositeMode, testing::ValuesIn(kModes), caseName{});
 
 TEST(Pixels, TheSourceCropCutsThePictureAndShortensTheRibbon)
 {

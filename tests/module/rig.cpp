@@ -3,8 +3,6 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include <unistd.h>
-
 #include <fmt/format.h>
 
 #include "image/imageFile.h"
@@ -38,19 +36,6 @@ void SetPixel(image& picture, int x, int y, const argb& color)
 void PrintTo(const argb& color, std::ostream* out)
 {
     *out << fmt::format("(a {}, r {}, g {}, b {})", color.a, color.r, color.g, color.b);
-}
-
-ScratchFolder::ScratchFolder()
-{
-    std::string name = (std::filesystem::temp_directory_path() / "orv_test_XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    path_ = name;
-}
-
-ScratchFolder::~ScratchFolder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
 }
 
 Rig::Rig(const std::string& scene, const std::map<std::string, image>& pictures,

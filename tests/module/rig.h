@@ -1,7 +1,6 @@
 // rig.h: a scene in memory, rendered by the real module through the real host.
 #pragma once
 
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <ostream>
@@ -12,6 +11,7 @@
 #include "plugin/pluginEffectRunner.h"
 #include "plugin/pluginHost.h"
 #include "scene/loader.h"
+#include "support/tempFolder.h"
 
 namespace orv::test {
 
@@ -23,19 +23,6 @@ struct argb {
 argb PixelAt(const image& picture, int x, int y);
 void SetPixel(image& picture, int x, int y, const argb& color);
 void PrintTo(const argb& color, std::ostream* out);
-
-/// A folder of its own, removed with the object.
-class ScratchFolder {
-public:
-    ScratchFolder();
-    ~ScratchFolder();
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
 
 /// Loads `scene` (JSON) with `pictures` as files beside it, and the module named by ORV_PLUGIN.
 /// Warnings are collected. One rig at a time: all share the module's one GL context.
@@ -58,7 +45,7 @@ public:
     [[nodiscard]] const std::vector<std::string>& warnings() const { return warnings_; }
 
 private:
-    ScratchFolder folder_;
+    TempFolder folder_;
     std::vector<std::string> warnings_;
     std::unique_ptr<PluginHost> host_;
     project scene_;
