@@ -1,4 +1,5 @@
 #include "camera/matrices.h"
+#include "support/caseName.h"
 
 #include <gtest/gtest.h>
 
@@ -33,15 +34,13 @@ TEST_P(Rotation, TurnsRowVectors)
 }
 
 // About x and y by plus the angle, about z by minus it; z first, then y, then x.
-INSTANTIATE_TEST_SUITE_P(
-    Axes, Rotation,
-    testing::Values(turnCase{"AboutX", kQuarter, 0, 0, {0, 1, 0}, {0, 0, 1}},
-                    turnCase{"AboutY", 0, kQuarter, 0, {0, 0, 1}, {1, 0, 0}},
-                    turnCase{"AboutZ", 0, 0, kQuarter, {1, 0, 0}, {0, -1, 0}},
-                    turnCase{"ZBeforeX", kQuarter, 0, kQuarter, {1, 0, 0}, {0, 0, -1}},
-                    turnCase{"ZBeforeY", 0, kQuarter, kQuarter, {0, 1, 0}, {0, 0, -1}},
-                    turnCase{"YBeforeX", kQuarter, kQuarter, 0, {1, 0, 0}, {0, 1, 0}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const turnCase kAxes[] = {{"AboutX", kQuarter, 0, 0, {0, 1, 0}, {0, 0, 1}},
+                          {"AboutY", 0, kQuarter, 0, {0, 0, 1}, {1, 0, 0}},
+                          {"AboutZ", 0, 0, kQuarter, {1, 0, 0}, {0, -1, 0}},
+                          {"ZBeforeX", kQuarter, 0, kQuarter, {1, 0, 0}, {0, 0, -1}},
+                          {"ZBeforeY", 0, kQuarter, kQuarter, {0, 1, 0}, {0, 0, -1}},
+                          {"YBeforeX", kQuarter, kQuarter, 0, {1, 0, 0}, {0, 1, 0}}};
+INSTANTIATE_TEST_SUITE_P(Axes, Rotation, testing::ValuesIn(kAxes), caseName{});
 
 TEST(RotateMatrix4, ComesAfterWhatTheMatrixDid)
 {

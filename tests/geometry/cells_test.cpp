@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdlib>
 #include <random>
-#include <string>
 #include <vector>
 
 #include "geometry/extrusion.h"
@@ -144,13 +143,6 @@ TEST(Slices, LieBetweenTheFacesOfTheirOwnStrip)
     EXPECT_EQ(cells[7].pos[0], (point3{1, 0, 1}));
 }
 
-TEST(Slices, OneLayerHasNone)
-{
-    std::vector<quad> cells{Cell(), Cell()};
-    AppendSlices(cells, 1);
-    EXPECT_EQ(cells.size(), 2u);
-}
-
 TEST(Strips, ComeByStripThenByCell)
 {
     quad second = Cell();
@@ -259,36 +251,10 @@ TEST(DrawList, SortsWhateverTheEye)
     EXPECT_TRUE(std::isfinite(list.farPlane));
 }
 
-TEST(MeshBudget, CountsWithoutMaking)
-{
-    meshSettings settings = Extruded(4.0, 500);
-    settings.subSampling = 100;
-    const cellCounts counts = CountCells(4097, 1001, settings);
-    EXPECT_EQ(counts.base, 8194u);
-    EXPECT_EQ(counts.wall, 1000u);
-    EXPECT_EQ(counts.drawn, (8194u + 1000u) * 100 + 4097ull * 100 * 499);
-    EXPECT_EQ(CountCells(7, 1, Extruded(0, 0)).drawn, 14u) << "one sample makes no wall";
-}
-
 class MeshLimit : public testing::Test {
 protected:
     ~MeshLimit() override { unsetenv("ORV_MESH_LIMIT"); }
 };
-
-TEST_F(MeshLimit, RefusesWithCountAndLimit)
-{
-    // 160 bytes a cell, and 16 more while a drawn one is sorted.
-    cellCounts counts;
-    counts.base = 1000;
-    counts.drawn = 20000;
-    EXPECT_EQ(counts.bytes(), 1000u * 160 + 20000u * 176);
-    setenv("ORV_MESH_LIMIT", "3", 1);
-    std::string reason;
-    EXPECT_EQ(CheckMeshBudget(counts, reason), PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(reason, "The mesh would have 20000 cells (4 MiB); the limit is 3 MiB.");
-    setenv("ORV_MESH_LIMIT", "4", 1);
-    EXPECT_EQ(CheckMeshBudget(counts, reason), PF_Err_NONE);
-}
 
 TEST_F(MeshLimit, IsTwoGibibytesUnlessAWholeNumberSaysOtherwise)
 {

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -17,6 +16,7 @@
 #include "geometry/frameMesh.h"
 #include "geometry/meshBuilder.h"
 #include "geometry/ordering.h"
+#include "support/caseName.h"
 
 namespace {
 
@@ -308,12 +308,10 @@ TEST_P(FrameMesh, HoldsShapeCellsAndCamera)
     EXPECT_LT(mesh.camera.cameraMatrix.mat[3][2], 0.0);
     EXPECT_EQ(mesh.cells.cells.front().face, 1.0);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Sources, FrameMesh,
-    testing::Values(meshCase{"OwnLayer", "", 1, 200, 200, true},
-                    meshCase{"OwnLayerCropped", Value(kSourceCropLeft, 25), 1, 150, 150, true},
-                    meshCase{"HalfResolution", Value(kSourceCropLeft, 25), 2, 75, 75, true},
-                    meshCase{"NothingLeft", Value(kSourceCropLeft, 100), 1, 0, 0, false}),
-    [](const auto& each) { return std::string(each.param.name); });
+const meshCase kSources[] = {{"OwnLayer", "", 1, 200, 200, true},
+                             {"OwnLayerCropped", Value(kSourceCropLeft, 25), 1, 150, 150, true},
+                             {"HalfResolution", Value(kSourceCropLeft, 25), 2, 75, 75, true},
+                             {"NothingLeft", Value(kSourceCropLeft, 100), 1, 0, 0, false}};
+INSTANTIATE_TEST_SUITE_P(Sources, FrameMesh, testing::ValuesIn(kSources), caseName{});
 
 }  // namespace

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <limits>
 #include <random>
-#include <string>
 
 #include "geometry/polyline.h"
+#include "support/caseName.h"
 
 namespace {
 
@@ -42,21 +42,19 @@ TEST_P(MeshSteps, AreOddAndClamped)
     EXPECT_EQ(MeshStepCount(settings), c.steps);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sources, MeshSteps,
-    testing::Values(stepCase{"VgaAtDefault", 640, 480, 25, 100, 100, 161},
-                    stepCase{"OddStays", 100, 10, 29, 100, 100, 29},
-                    stepCase{"ExactProductIsNotCutShort", 200, 10, 29, 100, 100, 59},
-                    stepCase{"TallSourceCountsItsHeight", 100, 484, 25, 100, 100, 121},
-                    stepCase{"TinyIsRaised", 4, 4, 25, 100, 100, 3},
-                    stepCase{"TwoBecomesThree", 8, 4, 25, 100, 100, 3},
-                    stepCase{"LastEvenBelowTheCap", 4096, 16, 100, 100, 100, 4097},
-                    stepCase{"HugeIsCapped", 30000, 30000, 100, 100, 100, 4097},
-                    stepCase{"EnlargingAddsNone", 640, 480, 25, 300, 1000, 161},
-                    stepCase{"ShrinkingRemovesSome", 640, 480, 25, 50, 50, 81},
-                    stepCase{"MirroredSideCountsNothing", 640, 480, 25, -100, 100, 121},
-                    stepCase{"NotANumber", 640, 480, kNaN, 100, 100, 3}),
-    [](const auto& each) { return std::string(each.param.name); });
+const stepCase kSources[] = {{"VgaAtDefault", 640, 480, 25, 100, 100, 161},
+                             {"OddStays", 100, 10, 29, 100, 100, 29},
+                             {"ExactProductIsNotCutShort", 200, 10, 29, 100, 100, 59},
+                             {"TallSourceCountsItsHeight", 100, 484, 25, 100, 100, 121},
+                             {"TinyIsRaised", 4, 4, 25, 100, 100, 3},
+                             {"TwoBecomesThree", 8, 4, 25, 100, 100, 3},
+                             {"LastEvenBelowTheCap", 4096, 16, 100, 100, 100, 4097},
+                             {"HugeIsCapped", 30000, 30000, 100, 100, 100, 4097},
+                             {"EnlargingAddsNone", 640, 480, 25, 300, 1000, 161},
+                             {"ShrinkingRemovesSome", 640, 480, 25, 50, 50, 81},
+                             {"MirroredSideCountsNothing", 640, 480, 25, -100, 100, 121},
+                             {"NotANumber", 640, 480, kNaN, 100, 100, 3}};
+INSTANTIATE_TEST_SUITE_P(Sources, MeshSteps, testing::ValuesIn(kSources), caseName{});
 
 TEST(PlaceEvenly, IsAFractionOfTheSource)
 {
@@ -124,27 +122,25 @@ TEST_P(Placed, ByLength)
     EXPECT_NEAR(place.pathPos, c.pathPos, kRounding);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rules, Placed,
-    testing::Values(
-        // 0.5 of 400 is 100 px into the second segment.
-        placeCase{"Stretched", true, true, true, 0, 100, 0.5, 1, 1, 1.0 / 3, 0.5},
-        placeCase{"StretchedPart", true, true, true, 10, 30, 0.5, 1, 0, 0.8, 0.2},
-        placeCase{"OwnLength", true, false, false, 0, 100, 0.4, 1, 0, 0.8, 0.2},
-        placeCase{"OwnLengthTurned", true, false, false, 0, 100, 0.5, 2, 0, 0.4, 0.1},
-        // Half of the source stands on half of the mask.
-        placeCase{"Relative", true, false, true, 50, 100, 0.5, 1, 1, 1.0 / 3, 0.5},
-        placeCase{"NotRelative", true, false, false, 50, 100, 0.5, 1, 1, 2.0 / 3, 0.75},
-        placeCase{"RelativeIsForOpenMasks", false, false, true, 50, 100, 0.5, 1, 1, 2.0 / 3, 0.75},
-        // 0.9 + 0.25 wraps to 0.15.
-        placeCase{"ClosedWraps", false, false, true, 90, 100, 0.5, 1, 0, 0.6, 0.15},
-        placeCase{"ClosedWrapsBackwards", false, true, true, -10, 100, 0, 1, 1, 26.0 / 30, 0.9},
-        placeCase{"ClosedEndIsTheStart", false, true, true, 0, 100, 1, 1, 0, 0, 0},
-        placeCase{"OpenEndStaysTheEnd", true, true, true, 0, 100, 1, 1, 1, 1, 1},
-        placeCase{"BeforeTheStart", true, true, true, -25, 100, 0, 1, 0, -1, -0.25},
-        // Past the end the fraction is the place on the last segment: 1 + 0.25 * 300 / 400.
-        placeCase{"PastTheEnd", true, true, true, 0, 125, 1, 1, 1, 1.25, 1.1875}),
-    [](const auto& each) { return std::string(each.param.name); });
+const placeCase kRules[] = {
+    // 0.5 of 400 is 100 px into the second segment.
+    {"Stretched", true, true, true, 0, 100, 0.5, 1, 1, 1.0 / 3, 0.5},
+    {"StretchedPart", true, true, true, 10, 30, 0.5, 1, 0, 0.8, 0.2},
+    {"OwnLength", true, false, false, 0, 100, 0.4, 1, 0, 0.8, 0.2},
+    {"OwnLengthTurned", true, false, false, 0, 100, 0.5, 2, 0, 0.4, 0.1},
+    // Half of the source stands on half of the mask.
+    {"Relative", true, false, true, 50, 100, 0.5, 1, 1, 1.0 / 3, 0.5},
+    {"NotRelative", true, false, false, 50, 100, 0.5, 1, 1, 2.0 / 3, 0.75},
+    {"RelativeIsForOpenMasks", false, false, true, 50, 100, 0.5, 1, 1, 2.0 / 3, 0.75},
+    // 0.9 + 0.25 wraps to 0.15.
+    {"ClosedWraps", false, false, true, 90, 100, 0.5, 1, 0, 0.6, 0.15},
+    {"ClosedWrapsBackwards", false, true, true, -10, 100, 0, 1, 1, 26.0 / 30, 0.9},
+    {"ClosedEndIsTheStart", false, true, true, 0, 100, 1, 1, 0, 0, 0},
+    {"OpenEndStaysTheEnd", true, true, true, 0, 100, 1, 1, 1, 1, 1},
+    {"BeforeTheStart", true, true, true, -25, 100, 0, 1, 0, -1, -0.25},
+    // Past the end the fraction is the place on the last segment: 1 + 0.25 * 300 / 400.
+    {"PastTheEnd", true, true, true, 0, 125, 1, 1, 1, 1.25, 1.1875}};
+INSTANTIATE_TEST_SUITE_P(Rules, Placed, testing::ValuesIn(kRules), caseName{});
 
 TEST(PlaceByLength, EmptySegmentsHoldAMillionthOfAPixel)
 {

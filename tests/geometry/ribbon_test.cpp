@@ -5,12 +5,12 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
-#include <string>
 
 #include "geometry/maskSampling.h"
 #include "geometry/polyline.h"
 #include "geometry/shapeLayout.h"
 #include "geometry/textureEdges.h"
+#include "support/caseName.h"
 
 namespace {
 
@@ -76,12 +76,11 @@ TEST_P(TextureEdges, TurnWithTheSource)
     EXPECT_EQ(edges.b[0], GetParam().b);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rotations, TextureEdges,
-                         testing::Values(edgeCase{"Upright", 1, {50, 0, 1}, {50, 80, 1}},
-                                         edgeCase{"Quarter", 2, {0, 60, 1}, {200, 60, 1}},
-                                         edgeCase{"Half", 3, {150, 80, 1}, {150, 0, 1}},
-                                         edgeCase{"ThreeQuarters", 4, {200, 20, 1}, {0, 20, 1}}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const edgeCase kRotations[] = {{"Upright", 1, {50, 0, 1}, {50, 80, 1}},
+                               {"Quarter", 2, {0, 60, 1}, {200, 60, 1}},
+                               {"Half", 3, {150, 80, 1}, {150, 0, 1}},
+                               {"ThreeQuarters", 4, {200, 20, 1}, {0, 20, 1}}};
+INSTANTIATE_TEST_SUITE_P(Rotations, TextureEdges, testing::ValuesIn(kRotations), caseName{});
 
 TEST(TextureEdges, RunBesideACurve)
 {
@@ -132,16 +131,14 @@ TEST_P(RibbonWidth, FollowsTheSide)
     EXPECT_FLOAT_EQ((ribbon.posA[2].y + ribbon.posB[2].y) / 2, 100.0f * static_cast<float>(c.denY));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sides, RibbonWidth,
-    testing::Values(widthCase{"HalfTheHeight", 1, 1, 1, 1.0, 1.0, false, 40},
-                    widthCase{"HalfTheWidthWhenTurned", 2, 1, 1, 1.0, 1.0, false, 100},
-                    widthCase{"Scaled", 3, 1, 1, 0.25, 1.0, false, 10},
-                    widthCase{"ColumnsDivisorUpright", 1, 2, 3, 1.0, 1.0, false, 80},
-                    widthCase{"RowsDivisorTurned", 4, 2, 3, 1.0, 1.0, false, 300},
-                    widthCase{"RadiusOnACurve", 1, 1, 1, 1.0, 0.5, true, 20},
-                    widthCase{"RadiusWithoutACurve", 1, 1, 1, 1.0, 0.5, false, 40}),
-    [](const auto& each) { return std::string(each.param.name); });
+const widthCase kSides[] = {{"HalfTheHeight", 1, 1, 1, 1.0, 1.0, false, 40},
+                            {"HalfTheWidthWhenTurned", 2, 1, 1, 1.0, 1.0, false, 100},
+                            {"Scaled", 3, 1, 1, 0.25, 1.0, false, 10},
+                            {"ColumnsDivisorUpright", 1, 2, 3, 1.0, 1.0, false, 80},
+                            {"RowsDivisorTurned", 4, 2, 3, 1.0, 1.0, false, 300},
+                            {"RadiusOnACurve", 1, 1, 1, 1.0, 0.5, true, 20},
+                            {"RadiusWithoutACurve", 1, 1, 1, 1.0, 0.5, false, 40}};
+INSTANTIATE_TEST_SUITE_P(Sides, RibbonWidth, testing::ValuesIn(kSides), caseName{});
 
 TEST(RibbonScale, EasesToTheMiddleAndOn)
 {
@@ -192,18 +189,16 @@ TEST_P(RibbonTwist, TurnsTheCrossSection)
 
 // Half width 40. At 60 degrees: 40 cos 60 = 20 across, 40 sin 60 up; the normal leans by 150
 // degrees, (-n cos 150, sin 150) with n = (0, 1).
-INSTANTIATE_TEST_SUITE_P(
-    Angles, RibbonTwist,
-    testing::Values(twistCase{"Flat", 0, 0, {200, 60, 0}, {0, 0, 1}},
-                    twistCase{"Sixty", 60, 0, {200, 80, 34.641016f}, {0, 0.8660254f, 0.5f}},
-                    twistCase{"EdgeOnHasNoNormal", 90, 0, {200, 100, 40}, {0, 0, 0}},
-                    twistCase{"OtherEdgeOn", 0, -90, {200, 100, -40}, {0, 0, 0}},
-                    twistCase{"Upside", 180, 0, {200, 140, 0}, {0, 0, -1}},
-                    twistCase{"BothAdd", 100, -40, {200, 80, 34.641016f}, {0, 0.8660254f, 0.5f}},
-                    twistCase{"FullTurnsVanish", 720, -1080, {200, 60, 0}, {0, 0, 1}},
-                    twistCase{
-                        "PastHalfATurn", 200, 100, {200, 80, -34.641016f}, {0, -0.8660254f, 0.5f}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const twistCase kAngles[] = {
+    {"Flat", 0, 0, {200, 60, 0}, {0, 0, 1}},
+    {"Sixty", 60, 0, {200, 80, 34.641016f}, {0, 0.8660254f, 0.5f}},
+    {"EdgeOnHasNoNormal", 90, 0, {200, 100, 40}, {0, 0, 0}},
+    {"OtherEdgeOn", 0, -90, {200, 100, -40}, {0, 0, 0}},
+    {"Upside", 180, 0, {200, 140, 0}, {0, 0, -1}},
+    {"BothAdd", 100, -40, {200, 80, 34.641016f}, {0, 0.8660254f, 0.5f}},
+    {"FullTurnsVanish", 720, -1080, {200, 60, 0}, {0, 0, 1}},
+    {"PastHalfATurn", 200, 100, {200, 80, -34.641016f}, {0, -0.8660254f, 0.5f}}};
+INSTANTIATE_TEST_SUITE_P(Angles, RibbonTwist, testing::ValuesIn(kAngles), caseName{});
 
 TEST(RibbonVertices, BlendScaleAndZBetweenTheTwoOfASegment)
 {
@@ -303,13 +298,12 @@ TEST_P(Straightened, KeepsTheSamplesBetween)
 }
 
 // 5 steps; a kept pair of samples gives the direction, so at least two stay.
-INSTANTIATE_TEST_SUITE_P(Limits, Straightened,
-                         testing::Values(straightCase{"NothingAsked", 0.0, 1.0, 0, 5},
-                                         straightCase{"LessThanOneStep", 0.19, 1.0, 0, 5},
-                                         straightCase{"All", 1.0, 1.0, 4, 5},
-                                         straightCase{"NothingLeft", 0.0, 0.0, 0, 1},
-                                         straightCase{"Crossed", 0.8, 0.2, 4, 5}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const straightCase kLimits[] = {{"NothingAsked", 0.0, 1.0, 0, 5},
+                                {"LessThanOneStep", 0.19, 1.0, 0, 5},
+                                {"All", 1.0, 1.0, 4, 5},
+                                {"NothingLeft", 0.0, 0.0, 0, 1},
+                                {"Crossed", 0.8, 0.2, 4, 5}};
+INSTANTIATE_TEST_SUITE_P(Limits, Straightened, testing::ValuesIn(kLimits), caseName{});
 
 TEST(FlatMode, LiesInTheMiddleOfTheView)
 {

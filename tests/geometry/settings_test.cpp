@@ -1,82 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
-#include <string>
 
 #include "geometry/meshSettings.h"
 #include "geometry/paramSnapshot.h"
 #include "geometry/sourceCrop.h"
+#include "support/caseName.h"
 
 namespace {
-
-/// A host's parameter array, all float sliders at 0 unless a test says otherwise.
-struct hostParams {
-    hostParams()
-    {
-        for (std::size_t i = 0; i < defs.size(); ++i) {
-            defs[i].param_type = PF_Param_FLOAT_SLIDER;
-            pointers[i] = &defs[i];
-        }
-    }
-    PF_ParamDef& at(PF_ParamIndex index, PF_ParamType type)
-    {
-        PF_ParamDef& def = defs[static_cast<std::size_t>(index)];
-        def.param_type = type;
-        return def;
-    }
-    std::array<PF_ParamDef, kParamCount> defs{};
-    std::array<PF_ParamDef*, kParamCount> pointers{};
-};
-
-PF_InData Downsampled(A_u_long denX, A_u_long denY)
-{
-    PF_InData in_data{};
-    in_data.downsample_x = {1, denX};
-    in_data.downsample_y = {1, denY};
-    return in_data;
-}
-
-TEST(ReadParams, ReadsEveryKindAsShown)
-{
-    hostParams params;
-    params.at(kSourceXScale, PF_Param_FLOAT_SLIDER).u.fs_d.value = 0.1;
-    params.at(kMeshSubSampling, PF_Param_SLIDER).u.sd.value = 7;
-    params.at(kTwistAtStart, PF_Param_ANGLE).u.ad.value = -90 * 65536 - 32768;
-    params.at(kSmoothZ, PF_Param_CHECKBOX).u.bd.value = 1;
-    params.at(kRotation, PF_Param_POPUP).u.pd.value = 3;
-    params.at(kContourColor, PF_Param_COLOR).u.cd.value = {255, 51, 102, 255};
-    params.at(kMask, PF_Param_PATH).u.path_d.path_id = 11;
-    params.at(kContourMask, PF_Param_PATH).u.path_d.path_id = 12;
-    params.at(kSourceReferenceMask, PF_Param_PATH).u.path_d.path_id = 13;
-    params.at(kMaskReferenceMask, PF_Param_PATH).u.path_d.path_id = 14;
-    const paramSnapshot values = ReadParams(Downsampled(1, 1), params.pointers.data());
-    EXPECT_EQ(values[kSourceXScale], 0.1f);
-    EXPECT_EQ(values[kMeshSubSampling], 7.0f);
-    EXPECT_EQ(values[kTwistAtStart], -90.5f);
-    EXPECT_TRUE(values.on(kSmoothZ));
-    EXPECT_EQ(values.popup(kRotation), kRotation180);
-    EXPECT_EQ(values.contourColor, (point3{0.2f, 0.4f, 1.0f}));
-    EXPECT_EQ(values[kContourColor], 0.0f);
-    EXPECT_EQ(values.paths.mask, 11u);
-    EXPECT_EQ(values.paths.contour, 12u);
-    EXPECT_EQ(values.paths.sourceReference, 13u);
-    EXPECT_EQ(values.paths.maskReference, 14u);
-}
-
-TEST(ReadParams, BringsPointsToFullResolutionAndTheTransformMirrorsZ)
-{
-    hostParams params;
-    PF_Point3DDef& position = params.at(kPosition, PF_Param_POINT_3D).u.point3d_d;
-    position.x_value = 100;
-    position.y_value = 50;
-    position.z_value = 10;
-    const paramSnapshot values = ReadParams(Downsampled(2, 3), params.pointers.data());
-    EXPECT_EQ(values.position, (point3{200, 150, 20}));
-    EXPECT_EQ(MakeMeshSettings(values, {}).transform.position, (point3{200, 150, -20}));
-}
 
 TEST(MeshSettings, ConvertOnce)
 {
@@ -141,14 +74,13 @@ TEST_P(SourceCrop, OfAnImage)
 }
 
 // 10 % of 641 is 64.1: 64 from the left, and 641 - 64.1 = 576.9 from the right, both cut short.
-INSTANTIATE_TEST_SUITE_P(
-    Percents, SourceCrop,
-    testing::Values(cropCase{"None", 0, 0, 0, 0, {0, 0, 641, 480}, true},
-                    cropCase{"CutsToWholePixels", 10, 10, 0, 25, {64, 0, 576, 360}, true},
-                    cropCase{"TooThin", 0, 0, 50, 49.2, {0, 240, 641, 243}, false},
-                    cropCase{"Crossed", 80, 80, 0, 0, {512, 0, 128, 480}, false},
-                    cropCase{"NotANumberIsNoCrop", std::nan(""), 0, 0, 0, {0, 0, 641, 480}, true}),
-    [](const auto& each) { return std::string(each.param.name); });
+const cropCase kPercents[] = {
+    {"None", 0, 0, 0, 0, {0, 0, 641, 480}, true},
+    {"CutsToWholePixels", 10, 10, 0, 25, {64, 0, 576, 360}, true},
+    {"TooThin", 0, 0, 50, 49.2, {0, 240, 641, 243}, false},
+    {"Crossed", 80, 80, 0, 0, {512, 0, 128, 480}, false},
+    {"NotANumberIsNoCrop", std::nan(""), 0, 0, 0, {0, 0, 641, 480}, true}};
+INSTANTIATE_TEST_SUITE_P(Percents, SourceCrop, testing::ValuesIn(kPercents), caseName{});
 
 TEST(SourceCrop, HasASmallestAndALargestSide)
 {
