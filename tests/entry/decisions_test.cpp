@@ -7,6 +7,7 @@
 #include "entry/records.h"
 #include "entry/renderLevel.h"
 #include "entry/tinyHost.h"
+#include "support/caseName.h"
 
 namespace {
 
@@ -21,17 +22,16 @@ TEST_P(RenderLevel, IsTheSmallestThatExistsAndCoversTheFrame)
 {
     EXPECT_EQ(ChooseRenderLevel(GetParam().maxTextureSize, GetParam().frameEdge), GetParam().level);
 }
-INSTANTIATE_TEST_SUITE_P(Sizes, RenderLevel,
-                         testing::Values(levelCase{"HdNeedsTheLargest", 4096, 1920, 0},
-                                         levelCase{"HalfHdFitsTheNext", 4096, 960, 1},
-                                         levelCase{"LevelsBelow1024DoNotExist", 4096, 100, 1},
-                                         levelCase{"EdgeIsEnough", 8192, 2048, 1},
-                                         levelCase{"AHairTooMuch", 8192, 2048.5, 0},
-                                         levelCase{"Smallest", 8192, 1024, 2},
-                                         levelCase{"Middle", 16384, 2049, 1},
-                                         levelCase{"OnlyOneLevel", 2048, 100, 0},
-                                         levelCase{"NothingFits", 8192, 30000, 0}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const levelCase kSizes[] = {{"HdNeedsTheLargest", 4096, 1920, 0},
+                            {"HalfHdFitsTheNext", 4096, 960, 1},
+                            {"LevelsBelow1024DoNotExist", 4096, 100, 1},
+                            {"EdgeIsEnough", 8192, 2048, 1},
+                            {"AHairTooMuch", 8192, 2048.5, 0},
+                            {"Smallest", 8192, 1024, 2},
+                            {"Middle", 16384, 2049, 1},
+                            {"OnlyOneLevel", 2048, 100, 0},
+                            {"NothingFits", 8192, 30000, 0}};
+INSTANTIATE_TEST_SUITE_P(Sizes, RenderLevel, testing::ValuesIn(kSizes), caseName{});
 
 struct blurCase {
     const char* name;
@@ -49,19 +49,18 @@ TEST_P(MotionBlurChoice, NeedsSwitchesSamplesAndShutter)
     EXPECT_EQ(BlursFrames(c.state), c.blurs);
     EXPECT_EQ(ShutterFrames(c.state), c.shutter);
 }
-INSTANTIATE_TEST_SUITE_P(
-    States, MotionBlurChoice,
-    testing::Values(blurCase{"AllOn", {3, kHalf, kMinusQuarter, 8, 8}, true, true, 0.25},
-                    blurCase{"OtherFlagsToo", {16, kHalf, kHalf, 9, 12}, true, true, 1.0},
-                    blurCase{"TwoSamples", {2, kHalf, kMinusQuarter, 8, 8}, false, false, 0.25},
-                    blurCase{"CompositionOff", {3, kHalf, kMinusQuarter, 7, 8}, false, false, 0.25},
-                    blurCase{"LayerOff", {3, kHalf, kMinusQuarter, 8, 7}, false, false, 0.25},
-                    // The host still has to know that the shutter matters: it may be animated.
-                    blurCase{"SumOfZero", {3, kQuarter, kMinusQuarter, 8, 8}, true, false, 0.0},
-                    blurCase{"AngleUnknown", {3, kUnknown, kHalf, 8, 8}, false, false, 0.0},
-                    blurCase{"PhaseUnknown", {3, kHalf, kUnknown, 8, 8}, false, false, 0.0},
-                    blurCase{"NothingKnown", {}, false, false, 0.0}),
-    [](const auto& each) { return std::string(each.param.name); });
+const blurCase kStates[] = {
+    {"AllOn", {3, kHalf, kMinusQuarter, 8, 8}, true, true, 0.25},
+    {"OtherFlagsToo", {16, kHalf, kHalf, 9, 12}, true, true, 1.0},
+    {"TwoSamples", {2, kHalf, kMinusQuarter, 8, 8}, false, false, 0.25},
+    {"CompositionOff", {3, kHalf, kMinusQuarter, 7, 8}, false, false, 0.25},
+    {"LayerOff", {3, kHalf, kMinusQuarter, 8, 7}, false, false, 0.25},
+    // The host still has to know that the shutter matters: it may be animated.
+    {"SumOfZero", {3, kQuarter, kMinusQuarter, 8, 8}, true, false, 0.0},
+    {"AngleUnknown", {3, kUnknown, kHalf, 8, 8}, false, false, 0.0},
+    {"PhaseUnknown", {3, kHalf, kUnknown, 8, 8}, false, false, 0.0},
+    {"NothingKnown", {}, false, false, 0.0}};
+INSTANTIATE_TEST_SUITE_P(States, MotionBlurChoice, testing::ValuesIn(kStates), caseName{});
 
 class RecordsTest : public testing::Test {
 protected:
@@ -108,17 +107,6 @@ TEST_F(RecordsTest, SlotsWrapAfter9999)
     EXPECT_EQ(SequenceRecord(wrapped)->slot, 0);
     EndInstance(last);
     EndInstance(wrapped);
-}
-
-TEST_F(RecordsTest, BytesOfASavedProjectAreNoRecord)
-{
-    PF_Handle foreign = TinyHandleSuite().host_new_handle(sizeof(SequenceData));
-    std::memset(*foreign, 0xA5, sizeof(SequenceData));
-    EXPECT_EQ(SequenceRecord(foreign), nullptr);
-    // Were it destroyed, its lists would free wild pointers.
-    DisposeSequenceHandle(TinyHandleSuite(), foreign);
-    EXPECT_EQ(host_.handlesOut, 0);
-    EXPECT_EQ(SequenceRecord(nullptr), nullptr);
 }
 
 }  // namespace

@@ -29,13 +29,6 @@ TEST_F(DispatchTest, UnknownCommandsSucceedAndChangeNothing)
     EXPECT_TRUE(host_.acquired.empty());
 }
 
-TEST_F(DispatchTest, AboutNamesVersionAndPurpose)
-{
-    EXPECT_EQ(Send(PF_Cmd_ABOUT), PF_Err_NONE);
-    EXPECT_STREQ(host_.out_data.return_msg, "KAL_Orv, v1.6.0\rMask based distortion.");
-    EXPECT_EQ(host_.released, host_.acquired);
-}
-
 TEST_F(DispatchTest, AMissingSuiteFailsTheCommand)
 {
     host_.missing = {"PF ANSI Suite", 1};

@@ -9,6 +9,7 @@
 #include "entry/records.h"
 #include "entry/renderLevel.h"
 #include "gl/GL_base.h"
+#include "support/caseName.h"
 
 namespace {
 
@@ -36,26 +37,10 @@ TEST_P(HostOpenGLPreference, IsTurnedOffInOldHostsThatHaveIt)
     InstanceRig rig(kPlain.json(), options);
     EXPECT_EQ(rig.host().preferences(), GetParam().after);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Hosts, HostOpenGLPreference,
-    testing::Values(preferenceCase{"Old", 10, {{kHostOpenGL, 1}}, {{kHostOpenGL, 0}}},
-                    preferenceCase{"OldWithoutTheKey", 10, {}, {}},
-                    preferenceCase{"New", 11, {{kHostOpenGL, 1}}, {{kHostOpenGL, 1}}}),
-    [](const auto& each) { return std::string(each.param.name); });
-
-TEST(Lifecycle, ASecondSetUpInOneProcessWorks)
-{
-    for (int round = 0; round < 2; ++round) {
-        InstanceRig rig(kPlain.json());
-        EXPECT_EQ(rig.Send(PF_Cmd_SEQUENCE_SETUP), PF_Err_NONE);
-        EXPECT_NE(S_EffectCommonData.context, nullptr);
-        EXPECT_NE(S_EffectCommonData.frameBufferA[0], 0u);
-        EXPECT_TRUE(S_EffectCommonData.shaderReady);
-        rig.host().Close();
-        EXPECT_EQ(S_EffectCommonData.context, nullptr);
-        EXPECT_EQ(S_EffectCommonData.frameBufferA[0], 0u);
-    }
-}
+const preferenceCase kHosts[] = {{"Old", 10, {{kHostOpenGL, 1}}, {{kHostOpenGL, 0}}},
+                                 {"OldWithoutTheKey", 10, {}, {}},
+                                 {"New", 11, {{kHostOpenGL, 1}}, {{kHostOpenGL, 1}}}};
+INSTANTIATE_TEST_SUITE_P(Hosts, HostOpenGLPreference, testing::ValuesIn(kHosts), caseName{});
 
 TEST(Lifecycle, ResetUpDiscardsWhatAProjectHeld)
 {
@@ -111,25 +96,18 @@ TEST_P(DynamicFlags, FollowCameraModeAndMotionBlur)
     EXPECT_EQ(flags, GetParam().shutter ? 0x06080000 : 0x06000000);
     EXPECT_EQ(flags2, GetParam().camera ? 7 : 1);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Scenes, DynamicFlags,
-    testing::Values(flagCase{"Plain", kPlain, false, false},
-                    flagCase{"Composition3D", {.values = kMode3D}, true, false},
-                    flagCase{
-                        "Blurred", {.top = kMotionBlur, .onLayer = kBlurredLayer}, false, true},
-                    flagCase{"LayerSwitchOff", {.top = kMotionBlur}, false, false},
-                    flagCase{"TooFewSamples",
-                             {.top = R"("mb": {"spf": 2}, )", .onLayer = kBlurredLayer},
-                             false,
-                             false},
-                    // The sum may change over time, so the host still has to know.
-                    flagCase{"ShutterSumZero",
-                             {.values = kMode3D,
-                              .top = R"("mb": {"sa": 90, "sp": -90}, )",
-                              .onLayer = kBlurredLayer},
-                             true,
-                             true}),
-    [](const auto& each) { return std::string(each.param.name); });
+const flagCase kScenes[] = {
+    {"Plain", kPlain, false, false},
+    {"Composition3D", {.values = kMode3D}, true, false},
+    {"Blurred", {.top = kMotionBlur, .onLayer = kBlurredLayer}, false, true},
+    {"LayerSwitchOff", {.top = kMotionBlur}, false, false},
+    {"TooFewSamples", {.top = R"("mb": {"spf": 2}, )", .onLayer = kBlurredLayer}, false, false},
+    // The sum may change over time, so the host still has to know.
+    {"ShutterSumZero",
+     {.values = kMode3D, .top = R"("mb": {"sa": 90, "sp": -90}, )", .onLayer = kBlurredLayer},
+     true,
+     true}};
+INSTANTIATE_TEST_SUITE_P(Scenes, DynamicFlags, testing::ValuesIn(kScenes), caseName{});
 
 TEST(Commands, ReplaceARecordWithoutMemoryWhicheverHostCallFails)
 {

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ostream>
 #include <set>
 #include <string>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "entry/instanceRig.h"
 #include "geometry/paramIndex.h"
 #include "gl/GL_base.h"
+#include "support/caseName.h"
 
 namespace {
 
@@ -78,10 +78,6 @@ struct greyCase {
     int cameraMode, stretchAlongPath;
     indexSet disabled;
 };
-void PrintTo(const greyCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 class GreyControls : public testing::TestWithParam<greyCase> {};
 TEST_P(GreyControls, AreThoseWithoutMeaning)
 {
@@ -91,12 +87,11 @@ TEST_P(GreyControls, AreThoseWithoutMeaning)
     rig.Update();
     EXPECT_EQ(rig.Disabled(), c.disabled);
 }
-INSTANTIATE_TEST_SUITE_P(Settings, GreyControls,
-                         testing::Values(greyCase{"Flat", 1, 0, {34, 250, 251}},
-                                         greyCase{"FlatStretched", 1, 1, {250, 251}},
-                                         greyCase{"Deep", 2, 0, {34}},
-                                         greyCase{"DeepStretched", 2, 1, {}}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const greyCase kSettings[] = {{"Flat", 1, 0, {34, 250, 251}},
+                              {"FlatStretched", 1, 1, {250, 251}},
+                              {"Deep", 2, 0, {34}},
+                              {"DeepStretched", 2, 1, {}}};
+INSTANTIATE_TEST_SUITE_P(Settings, GreyControls, testing::ValuesIn(kSettings), caseName{});
 
 /// The vertices of both runs that are shown; -1 when they differ.
 int VisibleVertices(const indexSet& hidden)
@@ -118,10 +113,6 @@ struct vertexCase {
     std::string masks;
     int visible;
 };
-void PrintTo(const vertexCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 class VertexControls : public testing::TestWithParam<vertexCase> {};
 TEST_P(VertexControls, AreShownAsFarAsTheMaskGoes)
 {
@@ -129,16 +120,14 @@ TEST_P(VertexControls, AreShownAsFarAsTheMaskGoes)
     rig.Update();
     EXPECT_EQ(VisibleVertices(rig.Hidden()), GetParam().visible);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Masks, VertexControls,
-    testing::Values(vertexCase{"NoneChosen", 0, Mask(5, false), 1},
-                    vertexCase{"Open", 1, Mask(5, false), 5},
-                    vertexCase{"Closed", 1, Mask(5, true), 6},
-                    vertexCase{"SecondOfThree", 2,
-                               Mask(9, true) + ", " + Mask(3, false) + ", " + Mask(7, true), 3},
-                    vertexCase{"LastThatFits", 1, Mask(100, false), 100},
-                    vertexCase{"MoreThanControls", 1, Mask(120, true), 100}),
-    [](const auto& each) { return std::string(each.param.name); });
+const vertexCase kMasks[] = {
+    {"NoneChosen", 0, Mask(5, false), 1},
+    {"Open", 1, Mask(5, false), 5},
+    {"Closed", 1, Mask(5, true), 6},
+    {"SecondOfThree", 2, Mask(9, true) + ", " + Mask(3, false) + ", " + Mask(7, true), 3},
+    {"LastThatFits", 1, Mask(100, false), 100},
+    {"MoreThanControls", 1, Mask(120, true), 100}};
+INSTANTIATE_TEST_SUITE_P(Masks, VertexControls, testing::ValuesIn(kMasks), caseName{});
 
 TEST(StretchControls, AreTheReferenceMaskOrThePoints)
 {

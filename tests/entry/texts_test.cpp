@@ -1,31 +1,11 @@
-// Strings, numbers in words, paths.
+// Paths and texts in other encodings.
 #include <gtest/gtest.h>
 
-#include <limits>
-
-#include "Util/intToString.h"
 #include "Util/utf16.h"
-#include "entry/KAL_Orv_Strings.h"
 #include "entry/shaderPath.h"
+#include "support/caseName.h"
 
 namespace {
-
-TEST(Strings, AreFoundByPositionNotById)
-{
-    EXPECT_STREQ(GetStringPtr(0), "");
-    EXPECT_STREQ(GetStringPtr(1), "KAL Orv");
-    EXPECT_STREQ(GetStringPtr(2), "Mask based distortion.");
-    EXPECT_STREQ(GetStringPtr(3), "Error loading suite.");
-    EXPECT_STREQ(GetStringPtr(4), "Error releasing suite.");
-}
-
-TEST(IntToString, WritesPlainDecimals)
-{
-    EXPECT_EQ(intToString(100), "100");
-    EXPECT_EQ(intToString(-5), "-5");
-    EXPECT_EQ(intToString(0), "0");
-    EXPECT_EQ(intToString(std::numeric_limits<std::int32_t>::min()), "-2147483648");
-}
 
 struct pathCase {
     const char* name;
@@ -37,16 +17,15 @@ TEST_P(ShaderPath, LiesBesideTheExecutable)
 {
     EXPECT_EQ(CreateShaderPath(GetParam().path, "v.vert"), GetParam().result);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Paths, ShaderPath,
-    testing::Values(
-        pathCase{"Bundle", "Disk:Applications:Host:Plug-ins:KAL Orv.plugin:Contents:MacOS:KAL Orv",
-                 "/Applications/Host/Plug-ins/KAL Orv.plugin/Contents/MacOS/v.vert"},
-        pathCase{"OneFolder", "Disk:folder:KAL Orv", "/folder/v.vert"},
-        pathCase{"VolumeRoot", "Disk:KAL Orv", "/v.vert"},
-        pathCase{"NoVolume", ":opt:KAL Orv", "/opt/v.vert"},
-        pathCase{"NoColon", "KAL Orv", "/v.vert"}, pathCase{"Nothing", "", "/v.vert"}),
-    [](const auto& each) { return std::string(each.param.name); });
+const pathCase kPaths[] = {
+    {"Bundle", "Disk:Applications:Host:Plug-ins:KAL Orv.plugin:Contents:MacOS:KAL Orv",
+     "/Applications/Host/Plug-ins/KAL Orv.plugin/Contents/MacOS/v.vert"},
+    {"OneFolder", "Disk:folder:KAL Orv", "/folder/v.vert"},
+    {"VolumeRoot", "Disk:KAL Orv", "/v.vert"},
+    {"NoVolume", ":opt:KAL Orv", "/opt/v.vert"},
+    {"NoColon", "KAL Orv", "/v.vert"},
+    {"Nothing", "", "/v.vert"}};
+INSTANTIATE_TEST_SUITE_P(Paths, ShaderPath, testing::ValuesIn(kPaths), caseName{});
 
 TEST(Utf16, BecomesUtf8)
 {
