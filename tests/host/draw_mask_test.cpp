@@ -8,6 +8,7 @@
 #include "draw/maskShape.h"
 #include "host/draw_project.h"
 #include "host/image_bytes.h"
+#include "support/caseName.h"
 
 namespace orv {
 namespace {
@@ -122,45 +123,39 @@ TEST_P(MaskAlgebra, LeavesThatAlpha)
     EXPECT_EQ(picture, expected);
 }
 // The first mask covers columns 0 and 1, the second columns 1 and 2, at 50 % where it says so.
-INSTANTIATE_TEST_SUITE_P(
-    Modes, MaskAlgebra,
-    testing::Values(
-        algebraCase{
-            "NoneClipsNothing", {{maskMode::none, false, 100, 0, 1}}, {32768, 32768, 32768, 32768}},
-        algebraCase{"Add", {{maskMode::add, false, 100, 0, 2}}, {32768, 32768, 0, 0}},
-        algebraCase{"AddInverted", {{maskMode::add, true, 50, 0, 2}}, {0, 0, 16384, 16384}},
-        algebraCase{
-            "SubtractFirst", {{maskMode::subtract, false, 25, 0, 2}}, {24576, 24576, 32768, 32768}},
-        algebraCase{
-            "IntersectFirst", {{maskMode::intersect, false, 100, 0, 2}}, {32768, 32768, 0, 0}},
-        algebraCase{"DarkenFirst", {{maskMode::darken, false, 50, 0, 2}}, {16384, 16384, 0, 0}},
-        algebraCase{"LightenFirst", {{maskMode::lighten, false, 50, 0, 2}}, {16384, 16384, 0, 0}},
-        algebraCase{
-            "DifferenceFirst", {{maskMode::difference, false, 50, 0, 2}}, {16384, 16384, 0, 0}},
-        // 0.5 + 0.5 - 0.25
-        algebraCase{"AddTwo",
-                    {{maskMode::add, false, 50, 0, 2}, {maskMode::add, false, 50, 1, 3}},
-                    {16384, 24576, 16384, 0}},
-        algebraCase{"Subtract",
-                    {{maskMode::add, false, 100, 0, 2}, {maskMode::subtract, false, 50, 1, 3}},
-                    {32768, 16384, 0, 0}},
-        algebraCase{"Intersect",
-                    {{maskMode::add, false, 100, 0, 2}, {maskMode::intersect, false, 50, 1, 3}},
-                    {0, 16384, 0, 0}},
-        algebraCase{"Lighten",
-                    {{maskMode::add, false, 25, 0, 2}, {maskMode::lighten, false, 50, 1, 3}},
-                    {8192, 16384, 16384, 0}},
-        algebraCase{"Darken",
-                    {{maskMode::add, false, 25, 0, 2}, {maskMode::darken, false, 50, 1, 3}},
-                    {0, 8192, 0, 0}},
-        algebraCase{"Difference",
-                    {{maskMode::add, false, 25, 0, 2}, {maskMode::difference, false, 100, 1, 3}},
-                    {8192, 24576, 32768, 0}},
-        // the first mask that clips decides where it starts
-        algebraCase{"NoneBeforeSubtract",
-                    {{maskMode::none, false, 100, 0, 4}, {maskMode::subtract, true, 100, 0, 2}},
-                    {32768, 32768, 0, 0}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const algebraCase kModes[] = {
+    {"NoneClipsNothing", {{maskMode::none, false, 100, 0, 1}}, {32768, 32768, 32768, 32768}},
+    {"Add", {{maskMode::add, false, 100, 0, 2}}, {32768, 32768, 0, 0}},
+    {"AddInverted", {{maskMode::add, true, 50, 0, 2}}, {0, 0, 16384, 16384}},
+    {"SubtractFirst", {{maskMode::subtract, false, 25, 0, 2}}, {24576, 24576, 32768, 32768}},
+    {"IntersectFirst", {{maskMode::intersect, false, 100, 0, 2}}, {32768, 32768, 0, 0}},
+    {"DarkenFirst", {{maskMode::darken, false, 50, 0, 2}}, {16384, 16384, 0, 0}},
+    {"LightenFirst", {{maskMode::lighten, false, 50, 0, 2}}, {16384, 16384, 0, 0}},
+    {"DifferenceFirst", {{maskMode::difference, false, 50, 0, 2}}, {16384, 16384, 0, 0}},
+    // 0.5 + 0.5 - 0.25
+    {"AddTwo",
+     {{maskMode::add, false, 50, 0, 2}, {maskMode::add, false, 50, 1, 3}},
+     {16384, 24576, 16384, 0}},
+    {"Subtract",
+     {{maskMode::add, false, 100, 0, 2}, {maskMode::subtract, false, 50, 1, 3}},
+     {32768, 16384, 0, 0}},
+    {"Intersect",
+     {{maskMode::add, false, 100, 0, 2}, {maskMode::intersect, false, 50, 1, 3}},
+     {0, 16384, 0, 0}},
+    {"Lighten",
+     {{maskMode::add, false, 25, 0, 2}, {maskMode::lighten, false, 50, 1, 3}},
+     {8192, 16384, 16384, 0}},
+    {"Darken",
+     {{maskMode::add, false, 25, 0, 2}, {maskMode::darken, false, 50, 1, 3}},
+     {0, 8192, 0, 0}},
+    {"Difference",
+     {{maskMode::add, false, 25, 0, 2}, {maskMode::difference, false, 100, 1, 3}},
+     {8192, 24576, 32768, 0}},
+    // the first mask that clips decides where it starts
+    {"NoneBeforeSubtract",
+     {{maskMode::none, false, 100, 0, 4}, {maskMode::subtract, true, 100, 0, 2}},
+     {32768, 32768, 0, 0}}};
+INSTANTIATE_TEST_SUITE_P(Modes, MaskAlgebra, testing::ValuesIn(kModes), caseName{});
 
 TEST(Masks, OnlyClosedPathsWithTwoVerticesClip)
 {

@@ -5,6 +5,7 @@
 #include "host/draw_project.h"
 #include "host/image_bytes.h"
 #include "image/imageFile.h"
+#include "support/caseName.h"
 #include "support/imageCompare.h"
 
 namespace orv {
@@ -70,23 +71,21 @@ layer NotDrawn()
     l.hidden = true;
     return l;
 }
-INSTANTIATE_TEST_SUITE_P(
-    Lists, DepthOrder,
-    testing::Values(depthCase{"TheNearerIsOnTop", {kFar, kNear}, kRedPixel},
-                    depthCase{"AsListed", {kNear, kFar}, kRedPixel},
-                    depthCase{"EqualDepthsKeepTheListsOrder", {kFar, kAsFar}, kGreenPixel},
-                    depthCase{"AFlatLayerSeparates", {kFar, kFlat, kNear}, kGreenPixel},
-                    depthCase{"OneThatIsNotDrawnDoesNot", {kFar, NotDrawn(), kNear}, kRedPixel},
-                    depthCase{"TheCentreCounts",
-                              // its left edge is nearer, at z = -5, its centre farther
-                              {[] {
-                                   layer l = InThreeD(At(SolidLayer(36, 36, kGreen), 9, 0, -5));
-                                   l.transform.rotationY = Constant({-60.0});
-                                   return l;
-                               }(),
-                               kNear},
-                              kRedPixel}),
-    [](const auto& each) { return std::string(each.param.name); });
+const depthCase kLists[] = {{"TheNearerIsOnTop", {kFar, kNear}, kRedPixel},
+                            {"AsListed", {kNear, kFar}, kRedPixel},
+                            {"EqualDepthsKeepTheListsOrder", {kFar, kAsFar}, kGreenPixel},
+                            {"AFlatLayerSeparates", {kFar, kFlat, kNear}, kGreenPixel},
+                            {"OneThatIsNotDrawnDoesNot", {kFar, NotDrawn(), kNear}, kRedPixel},
+                            {"TheCentreCounts",
+                             // its left edge is nearer, at z = -5, its centre farther
+                             {[] {
+                                  layer l = InThreeD(At(SolidLayer(36, 36, kGreen), 9, 0, -5));
+                                  l.transform.rotationY = Constant({-60.0});
+                                  return l;
+                              }(),
+                              kNear},
+                             kRedPixel}};
+INSTANTIATE_TEST_SUITE_P(Lists, DepthOrder, testing::ValuesIn(kLists), caseName{});
 
 TEST(Scene, FlatChildrenOfThreeDParentsUseXAndY)
 {
@@ -198,32 +197,6 @@ TEST(Effects, ALayersOutputComesBeforeOpacityAndTransform)
         "layer 2 has no pixels to render");
 }
 
-TEST(Effects, SeeOwnPixelsOfOtherLayersAtOtherTimes)
-{
-    layer reader = SolidLayer(1, 1, kBlue);
-    reader.effects = {RunningEffect()};
-    layer nested = Nested(1, 1, 1);
-    nested.hidden = true;
-    nested.transform.opacity = Constant({50.0});
-    nested.op = 20.0;
-    project scene = OneComposition(1, 1, {reader, nested});
-    AddComposition(scene, 1, 1, RedThenGreen());
-    const shownComposition shown{&scene, &scene.compositions[0], 1, 1};
-    const layer& source = scene.compositions[0].layers[1];
-    double asked = 0.0;
-    CallingRunner effects([&](const layer&, int, double, LayerImages& images, const image&) {
-        return images.OwnPixels(shown, source, asked);
-    });
-    SceneRenderer renderer(scene, {}, effects);
-    const auto seenAt = [&](double t) {
-        asked = t;
-        return PixelOf(renderer.RenderComposition(scene.compositions[0], 0.0), 0, 0);
-    };
-    EXPECT_EQ(seenAt(0.0), kRedPixel);
-    EXPECT_EQ(seenAt(7.0), kGreenPixel);
-    EXPECT_EQ(seenAt(20.0), kNoPixel) << "its time is over";
-}
-
 TEST(Effects, AnOutputOfAnotherSizeFailsTheFrame)
 {
     layer l = SolidLayer(2, 1, kRed);
@@ -274,33 +247,6 @@ TEST(Preview, AnImageIsItsMean)
     const image picture = Gradient(33, 17);
     EXPECT_EQ(RenderMain(WithImage(picture), 0.0, {2, 4, 8}), PreviewImage(picture, 2, 4));
     EXPECT_EQ(RenderMain(WithImage(picture), 0.0, {1, 1, 16}), ConvertDepth(picture, 16));
-}
-
-TEST(Preview, HalfResolutionShowsTheSamePictureScaledDown)
-{
-    project scene = WithImage(Gradient(120, 80));
-    layer& l = scene.compositions[0].layers[0];
-    l.transform.anchor = Constant({60, 40});
-    l.transform.position = Constant({63, 37});
-    l.transform.scale = Constant({70, 110});
-    l.transform.rotation = Constant({25});
-    const image half = RenderMain(scene, 0.0, {2, 2, 8});
-    // Bilinear sampling softens an edge by one of its own pixels, which are twice as large.
-    EXPECT_TRUE(ImagesMatch(half, PreviewImage(RenderMain(scene), 2, 2),
-                            {4.0 / 255.0, 0.035, 30.0 / 255.0}));
-}
-
-TEST(Times, AddUpAndStartAnew)
-{
-    layer l = SolidLayer(2, 1, kRed);
-    l.effects = {RunningEffect()};
-    const project scene = OneComposition(2, 1, {l});
-    CallingRunner effects;
-    SceneRenderer renderer(scene, {}, effects);
-    EXPECT_EQ(renderer.times().effectSeconds, 0.0);
-    renderer.RenderComposition(scene.compositions[0], 0.0);
-    EXPECT_GT(renderer.times().drawSeconds, 0.0);
-    EXPECT_GT(renderer.times().effectSeconds, 0.0);
 }
 
 }  // namespace

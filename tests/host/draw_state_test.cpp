@@ -5,6 +5,7 @@
 
 #include "draw/sceneRenderer.h"
 #include "host/draw_project.h"
+#include "support/caseName.h"
 
 namespace orv {
 namespace {
@@ -96,41 +97,30 @@ TEST_P(NestedState, FollowsWhatMovesInside)
     EXPECT_EQ(state.own(7.0) != first, GetParam().differs);
     EXPECT_EQ(state.own(0.0), first);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Changes, NestedState,
-    testing::Values(
-        nestedCase{"Nothing", [](project&) {}, false},
-        nestedCase{
-            "OutsideOnly",
-            [](project& p) { p.compositions[0].layers[0].transform.opacity = Moving(0, 100); },
-            false},
-        nestedCase{
-            "DeepTransform",
-            [](project& p) { p.compositions[2].layers[0].transform.rotation = Moving(0, 90); },
-            true},
-        nestedCase{"DeepEnd", [](project& p) { p.compositions[2].layers[0].op = 3.0; }, true},
-        nestedCase{"Mask",
-                   [](project& p) {
-                       mask m;
-                       m.opacity = Moving(0, 100);
-                       p.compositions[2].layers[0].masks = {m};
-                   },
-                   true},
-        nestedCase{"Camera",
-                   [](project& p) { p.compositions[1].layers[1].camera.zoom = Moving(10, 20); },
-                   true},
-        nestedCase{"TimeRemap",
-                   [](project& p) { p.compositions[1].layers[0].timeRemap = Moving(0, 1); }, true},
-        nestedCase{"AnEffect",
-                   [](project& p) { p.compositions[2].layers[0].effects = {RunningEffect()}; },
-                   true},
-        nestedCase{"AnEffectThatIsOff",
-                   [](project& p) {
-                       p.compositions[2].layers[0].effects = {RunningEffect()};
-                       p.compositions[2].layers[0].effects[0].enabled = false;
-                   },
-                   false}),
-    [](const auto& each) { return std::string(each.param.name); });
+const nestedCase kChanges[] = {
+    {"Nothing", [](project&) {}, false},
+    {"OutsideOnly",
+     [](project& p) { p.compositions[0].layers[0].transform.opacity = Moving(0, 100); }, false},
+    {"DeepTransform",
+     [](project& p) { p.compositions[2].layers[0].transform.rotation = Moving(0, 90); }, true},
+    {"DeepEnd", [](project& p) { p.compositions[2].layers[0].op = 3.0; }, true},
+    {"Mask",
+     [](project& p) {
+         mask m;
+         m.opacity = Moving(0, 100);
+         p.compositions[2].layers[0].masks = {m};
+     },
+     true},
+    {"Camera", [](project& p) { p.compositions[1].layers[1].camera.zoom = Moving(10, 20); }, true},
+    {"TimeRemap", [](project& p) { p.compositions[1].layers[0].timeRemap = Moving(0, 1); }, true},
+    {"AnEffect", [](project& p) { p.compositions[2].layers[0].effects = {RunningEffect()}; }, true},
+    {"AnEffectThatIsOff",
+     [](project& p) {
+         p.compositions[2].layers[0].effects = {RunningEffect()};
+         p.compositions[2].layers[0].effects[0].enabled = false;
+     },
+     false}};
+INSTANTIATE_TEST_SUITE_P(Changes, NestedState, testing::ValuesIn(kChanges), caseName{});
 
 TEST(InputState, AddsMasksAndEarlierEffects)
 {

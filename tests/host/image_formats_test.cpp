@@ -10,11 +10,11 @@
 #include <jpeglib.h>
 
 #include <array>
-#include <cmath>
 #include <cstdlib>
 
 #include "host/image_bytes.h"
 #include "image/imageFile.h"
+#include "support/caseName.h"
 #include "support/tempFolder.h"
 
 namespace orv {
@@ -77,15 +77,13 @@ TEST_P(JpegColours, AreUnderstood)
         EXPECT_NEAR(pixel[i + 1], c.rgb[i], 2) << "channel " << i;
     }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, JpegColours,
-    testing::Values(jpegCase{"Rgb", JCS_RGB, {200, 100, 50, 0}, {200, 100, 50}, false},
-                    jpegCase{"Progressive", JCS_RGB, {10, 220, 90, 0}, {10, 220, 90}, true},
-                    jpegCase{"Grey", JCS_GRAYSCALE, {77, 0, 0, 0}, {77, 77, 77}, false},
-                    // inverted inks, as the encoder's APP14 marker says: 255 is no ink.
-                    // 204 x 127.5/255 = 102
-                    jpegCase{"Cmyk", JCS_CMYK, {204, 255, 0, 128}, {102, 128, 0}, false}),
-    [](const auto& each) { return std::string(each.param.name); });
+const jpegCase kKinds[] = {{"Rgb", JCS_RGB, {200, 100, 50, 0}, {200, 100, 50}, false},
+                           {"Progressive", JCS_RGB, {10, 220, 90, 0}, {10, 220, 90}, true},
+                           {"Grey", JCS_GRAYSCALE, {77, 0, 0, 0}, {77, 77, 77}, false},
+                           // inverted inks, as the encoder's APP14 marker says: 255 is no ink.
+                           // 204 x 127.5/255 = 102
+                           {"Cmyk", JCS_CMYK, {204, 255, 0, 128}, {102, 128, 0}, false}};
+INSTANTIATE_TEST_SUITE_P(Kinds, JpegColours, testing::ValuesIn(kKinds), caseName{});
 
 TEST(JpegDamage, CutsAreRefusedInsteadOfFilledWithGrey)
 {
@@ -94,22 +92,6 @@ TEST(JpegDamage, CutsAreRefusedInsteadOfFilledWithGrey)
         EXPECT_THROW(DecodeImage({whole.data(), length}, "a.jpg"), failure)
             << "cut to " << length << " of " << whole.size();
     }
-}
-
-TEST(JpegDamage, FlippedBytesNeverCrash)
-{
-    const byteList whole = EncodeJpeg(JCS_RGB, {200, 100, 50, 0}, true);
-    int survived = 0;
-    for (std::size_t i = 3; i < whole.size(); ++i) {
-        byteList damaged = whole;
-        damaged[i] ^= 0x2a;
-        try {
-            survived += DecodeImage(damaged, "a.jpg").width > 0 ? 1 : 0;
-        } catch (const failure&) {
-            continue;
-        }
-    }
-    EXPECT_LT(survived, static_cast<int>(whole.size()));
 }
 
 // ------------------------------------------------------------------ EXR

@@ -6,6 +6,7 @@
 
 #include "host/image_bytes.h"
 #include "image/imageFile.h"
+#include "support/caseName.h"
 #include "support/tempFolder.h"
 
 namespace orv {
@@ -95,45 +96,33 @@ TEST_P(PngColours, AreUnderstood)
 {
     EXPECT_EQ(DecodeImage(EncodeAs(GetParam()), "a.png"), Row(GetParam().depth, GetParam().argb));
 }
-INSTANTIATE_TEST_SUITE_P(Kinds, PngColours,
-                         testing::Values(colourCase{"GreyOfOneBit",
-                                                    1,
-                                                    PNG_COLOR_TYPE_GRAY,
-                                                    false,
-                                                    {0x40},
-                                                    {0, 0, 0, 0, 255, 255, 255, 255},
-                                                    8},
-                                         colourCase{"GreyAndAlpha",
-                                                    8,
-                                                    PNG_COLOR_TYPE_GRAY_ALPHA,
-                                                    false,
-                                                    {10, 20, 30, 40},
-                                                    {20, 10, 10, 10, 40, 30, 30, 30},
-                                                    8},
-                                         colourCase{"Palette",
-                                                    2,
-                                                    PNG_COLOR_TYPE_PALETTE,
-                                                    false,
-                                                    {0x10},
-                                                    {255, 255, 0, 0, 128, 0, 0, 255},
-                                                    8},
-                                         colourCase{"RgbInterlaced",
-                                                    8,
-                                                    PNG_COLOR_TYPE_RGB,
-                                                    true,
-                                                    {1, 2, 3, 4, 5, 6},
-                                                    {255, 1, 2, 3, 255, 4, 5, 6},
-                                                    8},
-                                         // 0x8000 x 32768/65535 = 16384.25, 0xffff is full scale, 1
-                                         // becomes 0.5 and rounds down
-                                         colourCase{"RgbOfSixteenBits",
-                                                    16,
-                                                    PNG_COLOR_TYPE_RGB,
-                                                    false,
-                                                    {0x80, 0, 0xff, 0xff, 0, 1, 0, 3, 0, 0, 0, 0},
-                                                    {32768, 16384, 32768, 1, 32768, 2, 0, 0},
-                                                    16}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const colourCase kKinds[] = {
+    {"GreyOfOneBit", 1, PNG_COLOR_TYPE_GRAY, false, {0x40}, {0, 0, 0, 0, 255, 255, 255, 255}, 8},
+    {"GreyAndAlpha",
+     8,
+     PNG_COLOR_TYPE_GRAY_ALPHA,
+     false,
+     {10, 20, 30, 40},
+     {20, 10, 10, 10, 40, 30, 30, 30},
+     8},
+    {"Palette", 2, PNG_COLOR_TYPE_PALETTE, false, {0x10}, {255, 255, 0, 0, 128, 0, 0, 255}, 8},
+    {"RgbInterlaced",
+     8,
+     PNG_COLOR_TYPE_RGB,
+     true,
+     {1, 2, 3, 4, 5, 6},
+     {255, 1, 2, 3, 255, 4, 5, 6},
+     8},
+    // 0x8000 x 32768/65535 = 16384.25, 0xffff is full scale, 1
+    // becomes 0.5 and rounds down
+    {"RgbOfSixteenBits",
+     16,
+     PNG_COLOR_TYPE_RGB,
+     false,
+     {0x80, 0, 0xff, 0xff, 0, 1, 0, 3, 0, 0, 0, 0},
+     {32768, 16384, 32768, 1, 32768, 2, 0, 0},
+     16}};
+INSTANTIATE_TEST_SUITE_P(Kinds, PngColours, testing::ValuesIn(kKinds), caseName{});
 
 // ------------------------------------------------------------------ damage
 
@@ -146,26 +135,6 @@ TEST(PngDamage, EveryCutIsRefused)
         const std::span cut(whole.data(), length);
         EXPECT_THROW(DecodeImage(cut, "a.png"), failure) << "cut to " << length << " bytes";
     }
-}
-
-TEST(PngDamage, FlippedBytesAreRefusedOrHarmless)
-{
-    const TempFolder folder;
-    WritePng(Noise(9, 7, 16, 5), folder.file("a.png"));
-    const byteList whole = BytesOf(folder.file("a.png"));
-    int refused = 0;
-    for (std::size_t i = 0; i < whole.size(); ++i) {
-        byteList damaged = whole;
-        damaged[i] ^= 0x55;
-        try {
-            const image picture = DecodeImage(damaged, "a.png");
-            EXPECT_EQ(picture.bytes.size(), 9U * 7U * 8U) << "byte " << i;
-        } catch (const failure&) {
-            ++refused;
-        }
-    }
-    // The checksums of the picture's own chunks find nearly all.
-    EXPECT_GT(refused, static_cast<int>(whole.size()) * 9 / 10);
 }
 
 TEST(PngDamage, SizesAreRefusedBeforeMemoryIsTaken)

@@ -4,11 +4,11 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 
 #include "host/image_bytes.h"
 #include "image/childProcess.h"
 #include "image/video.h"
+#include "support/caseName.h"
 #include "support/tempFolder.h"
 
 namespace orv {
@@ -82,14 +82,12 @@ TEST_P(Videos, HoldEveryFrameInItsColours)
         EXPECT_NEAR(pixels[4 * 5 + i], c.rgba[i], 6) << "channel " << i;
     }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, Videos,
-    testing::Values(videoCase{"Mp4", "a.mp4", 8, "34,22,5", {128, 64, 0, 255}, false},
-                    videoCase{"Mp4Deep", "a.MP4", 16, "34,22,5", {128, 64, 0, 255}, false},
-                    videoCase{"Mov", "a.mov", 16, "34,22,5", {255, 128, 0, 128}, true},
-                    videoCase{"MovPlain", "a.mov", 8, "34,22,5", {255, 128, 0, 128}, true},
-                    videoCase{"Gif", "a.gif", 8, "33,21,5", {255, 128, 0, 255}, true}),
-    [](const auto& each) { return std::string(each.param.name); });
+const videoCase kKinds[] = {{"Mp4", "a.mp4", 8, "34,22,5", {128, 64, 0, 255}, false},
+                            {"Mp4Deep", "a.MP4", 16, "34,22,5", {128, 64, 0, 255}, false},
+                            {"Mov", "a.mov", 16, "34,22,5", {255, 128, 0, 128}, true},
+                            {"MovPlain", "a.mov", 8, "34,22,5", {255, 128, 0, 128}, true},
+                            {"Gif", "a.gif", 8, "33,21,5", {255, 128, 0, 255}, true}};
+INSTANTIATE_TEST_SUITE_P(Kinds, Videos, testing::ValuesIn(kKinds), caseName{});
 
 TEST(Video, WebmHoldsEveryFrame)
 {

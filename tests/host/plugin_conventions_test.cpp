@@ -1,16 +1,15 @@
 // What the host tells an effect, with numbers worked out by hand, at composition frames 10 and 12
-// (layer frames 2.5 and 3.5: start 5, stretch 2) and at preview divisors 1 and (2, 3).
+// (layer frames 2.5 and 3.5: start 5, stretch 2) and at preview divisors 1 and (2, 3). Paths and
+// worlds: plugin_path_test.cpp, plugin_worldSuites_test.cpp.
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 
 #include "host/plugin_fixture.h"
+#include "support/caseName.h"
 
 namespace orv::test {
 namespace {
-
-constexpr renderQuality kFull{}, kReduced{.divisorX = 2, .divisorY = 3};
 
 struct commandCase {
     const char* name;
@@ -47,12 +46,11 @@ TEST_P(Commands, TellTimesSizesAndWorlds)
         EXPECT_EQ(static_cast<const PF_Pixel8*>(input.data)->red, 0x11);
     });
 }
-INSTANTIATE_TEST_SUITE_P(Times, Commands,
-                         testing::Values(commandCase{"First", 10, kFull, 1280, 200, 100},
-                                         commandCase{"Later", 12, kFull, 1792, 200, 100},
-                                         commandCase{"FirstReduced", 10, kReduced, 1280, 100, 34},
-                                         commandCase{"LaterReduced", 12, kReduced, 1792, 100, 34}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const commandCase kTimes[] = {{"First", 10, kFull, 1280, 200, 100},
+                              {"Later", 12, kFull, 1792, 200, 100},
+                              {"FirstReduced", 10, kReduced, 1280, 100, 34},
+                              {"LaterReduced", 12, kReduced, 1792, 100, 34}};
+INSTANTIATE_TEST_SUITE_P(Times, Commands, testing::ValuesIn(kTimes), caseName{});
 
 // ---- values
 
@@ -181,33 +179,31 @@ TEST_P(Values, AreStreamedAsAUserReadsThem)
         EXPECT_EQ(effect3->AEGP_DisposeEffect(effect), 0);
     });
 }
-INSTANTIATE_TEST_SUITE_P(
-    Times, Values,
-    testing::Values(valueCase{"First", 10, kFull, 50, 5, 90.5, 1, 0, 128, 128, 50, 30, 12},
-                    valueCase{"Later", 12, kFull, 60, 5, 252.6, 3, 1, 153, 102, 60, 30, 12},
-                    valueCase{"FirstReduced", 10, kReduced, 50, 5, 90.5, 1, 0, 128, 128, 25, 10, 6},
-                    valueCase{"LaterReduced", 12, kReduced, 60, 5, 252.6, 3, 1, 153, 102, 30, 10,
-                              6}),
-    [](const auto& each) { return std::string(each.param.name); });
+const valueCase kValuesTimes[] = {
+    {"First", 10, kFull, 50, 5, 90.5, 1, 0, 128, 128, 50, 30, 12},
+    {"Later", 12, kFull, 60, 5, 252.6, 3, 1, 153, 102, 60, 30, 12},
+    {"FirstReduced", 10, kReduced, 50, 5, 90.5, 1, 0, 128, 128, 25, 10, 6},
+    {"LaterReduced", 12, kReduced, 60, 5, 252.6, 3, 1, 153, 102, 30, 10, 6}};
+INSTANTIATE_TEST_SUITE_P(Times, Values, testing::ValuesIn(kValuesTimes), caseName{});
 
 TEST(Defaults, StandWhereTheSceneSetsNothing)
 {
     Stage stage;
-    for (const auto& [quality, x, y] :
-         {std::tuple{kFull, 100.0, 50.0}, std::tuple{kReduced, 50.0, 50.0 / 3}}) {
-        stage.With(10, quality, [x = x, y = y](PF_InData&, PF_ParamDef* params[]) {
+    AtEachFrame([&](double t, const renderQuality& quality) {
+        const bool full = quality.divisorX == 1;
+        stage.With(t, quality, [&](PF_InData&, PF_ParamDef* params[]) {
             EXPECT_EQ(params[kAmount]->u.fs_d.value, 25.0);
             EXPECT_EQ(params[kChoice]->u.pd.value, 2);
             EXPECT_EQ(params[kInk]->u.cd.value.blue, 255);
             // Half of 200 x 100; a layer has no depth.
-            EXPECT_DOUBLE_EQ(params[kPlace]->u.point3d_d.x_value, x);
-            EXPECT_DOUBLE_EQ(params[kPlace]->u.point3d_d.y_value, y);
+            EXPECT_DOUBLE_EQ(params[kPlace]->u.point3d_d.x_value, full ? 100.0 : 50.0);
+            EXPECT_DOUBLE_EQ(params[kPlace]->u.point3d_d.y_value, full ? 50.0 : 50.0 / 3);
             EXPECT_EQ(params[kPlace]->u.point3d_d.z_value, 0.0);
             EXPECT_EQ(params[kMask]->u.path_d.path_id, 0U);
             EXPECT_EQ(params[kSource]->u.ld.data, nullptr);
             EXPECT_EQ(params[kSource]->u.ld.width, 0);
         });
-    }
+    });
 }
 
 // With a stretch of 3 a whole frame of the composition is no whole tick of the layer.
@@ -236,27 +232,34 @@ TEST(Times, TheCommandsOwnTickMeansTheExactInstant)
 
 // ---- layers
 
+void ExpectWorld(const PF_LayerDef& world, int width, int height, int red)
+{
+    EXPECT_EQ(world.width, width);
+    EXPECT_EQ(world.height, height);
+    EXPECT_EQ(static_cast<const PF_Pixel8*>(world.data)->red, red);
+}
+
 TEST(LayerParameters, TwoThatNameOneLayerCarryTheSameData)
 {
     Stage stage;
     std::map<int, property>& values = stage.scene.compositions[0].layers[0].effects[0].values;
     values[kSource] = Constant({5});
     values[kBack] = Linear({{0, {5}}, {11, {1}}});  // "banner", then the effect's own layer
-    stage.With(10, kReduced, [](PF_InData& in_data, PF_ParamDef* params[]) {
-        const PF_LayerDef& source = params[kSource]->u.ld;
-        EXPECT_EQ(source.width, 30);
-        EXPECT_EQ(source.height, 10);
-        EXPECT_EQ(static_cast<const PF_Pixel8*>(source.data)->red, 5);
-        EXPECT_EQ(source.data, params[kBack]->u.ld.data);
-        PF_ParamDef checkedOut{};
-        EXPECT_EQ(PF_CHECKOUT_PARAM(&in_data, kSource, 1280, 512, 12800, &checkedOut), 0);
-        EXPECT_EQ(checkedOut.u.ld.data, source.data);
-        EXPECT_EQ(PF_CHECKIN_PARAM(&in_data, &checkedOut), 0);
-    });
-    stage.With(12, kFull, [](PF_InData&, PF_ParamDef* params[]) {
-        EXPECT_NE(params[kSource]->u.ld.data, params[kBack]->u.ld.data);
-        EXPECT_NE(params[kBack]->u.ld.data, params[kInput]->u.ld.data);
-        EXPECT_EQ(static_cast<const PF_Pixel8*>(params[kBack]->u.ld.data)->red, 1);
+    AtEachFrame([&](double t, const renderQuality& quality) {
+        const bool full = quality.divisorX == 1;
+        stage.With(t, quality, [&](PF_InData& in_data, PF_ParamDef* params[]) {
+            const PF_LayerDef &source = params[kSource]->u.ld, &back = params[kBack]->u.ld;
+            ExpectWorld(source, full ? 60 : 30, full ? 30 : 10, 5);
+            EXPECT_EQ(source.data == back.data, t == 10);
+            EXPECT_NE(back.data, params[kInput]->u.ld.data);
+            if (t == 12) ExpectWorld(back, full ? 200 : 100, full ? 100 : 34, 1);
+            PF_ParamDef checkedOut{};
+            EXPECT_EQ(
+                PF_CHECKOUT_PARAM(&in_data, kSource, in_data.current_time, 512, 12800, &checkedOut),
+                0);
+            EXPECT_EQ(checkedOut.u.ld.data, source.data);
+            EXPECT_EQ(PF_CHECKIN_PARAM(&in_data, &checkedOut), 0);
+        });
     });
 }
 
@@ -264,11 +267,11 @@ TEST(LayerParameters, ALayerWithoutPixelsIsTransparentInTheCompositionsSize)
 {
     Stage stage;
     stage.scene.compositions[0].layers[0].effects[0].values[kSource] = Constant({6});
-    stage.With(10, kReduced, [](PF_InData&, PF_ParamDef* params[]) {
-        const PF_LayerDef& world = params[kSource]->u.ld;
-        EXPECT_EQ(world.width, 160);
-        EXPECT_EQ(world.height, 60);
-        EXPECT_EQ(static_cast<const PF_Pixel8*>(world.data)->alpha, 0);
+    AtEachFrame([&](double t, const renderQuality& quality) {
+        const bool full = quality.divisorX == 1;
+        stage.With(t, quality, [&](PF_InData&, PF_ParamDef* params[]) {
+            ExpectWorld(params[kSource]->u.ld, full ? 320 : 160, full ? 180 : 60, 0);
+        });
     });
 }
 
@@ -327,112 +330,16 @@ TEST(States, DifferWithTheLayerAndWithWhatItShows)
     values[kBack] = Linear({{0, {5}}, {11, {1}}});
     for (const bool moving : {false, true}) {
         stage.images.moving = moving;
-        stage.With(10, kFull, [&](PF_InData& in_data, PF_ParamDef*[]) {
-            EXPECT_TRUE(SameState(in_data, kSource, 1280, kSource, 1280));
-            EXPECT_EQ(SameState(in_data, kSource, 1280, kSource, 1792), !moving);
-            EXPECT_EQ(SameState(in_data, kInput, 1280, kInput, 1792), !moving);
-            EXPECT_TRUE(SameState(in_data, kSource, 1280, kBack, 1280));
-            EXPECT_FALSE(SameState(in_data, kSource, 1792, kBack, 1792));
+        AtEachFrame([&](double t, const renderQuality& quality) {
+            stage.With(t, quality, [&](PF_InData& in_data, PF_ParamDef*[]) {
+                EXPECT_TRUE(SameState(in_data, kSource, 1280, kSource, 1280));
+                EXPECT_EQ(SameState(in_data, kSource, 1280, kSource, 1792), !moving);
+                EXPECT_EQ(SameState(in_data, kInput, 1280, kInput, 1792), !moving);
+                EXPECT_TRUE(SameState(in_data, kSource, 1280, kBack, 1280));
+                EXPECT_FALSE(SameState(in_data, kSource, 1792, kBack, 1792));
+            });
         });
     }
-}
-
-// ---- paths
-
-/// The moving line at `time` (layer ticks): its length, and the end point.
-struct pathCase {
-    const char* name;
-    renderQuality quality;
-    A_long time;
-    double dx, dy;  ///< of the line, in down-sampled pixels
-};
-class Paths : public testing::TestWithParam<pathCase> {};
-
-TEST_P(Paths, AreMeasuredInDownSampledPixelsAtTheTimeAskedFor)
-{
-    const pathCase& c = GetParam();
-    Stage stage;
-    stage.With(10, c.quality, [&](PF_InData& in_data, PF_ParamDef*[]) {
-        const Acquired<PF_PathQuerySuite1> query(in_data, kPFPathQuerySuite, 1);
-        const Acquired<PF_PathDataSuite1> data(in_data, kPFPathDataSuite, 1);
-        const PF_ProgPtr ref = in_data.effect_ref;
-        PF_PathID id = 0;
-        PF_PathOutlinePtr path = nullptr;
-        ASSERT_EQ(query->PF_PathInfo(ref, 1, &id), 0);
-        ASSERT_EQ(query->PF_CheckoutPath(ref, id, c.time, 512, 12800, &path), 0);
-        ASSERT_NE(path, nullptr);
-        PF_Boolean open = 0;
-        A_long segments = 0;
-        EXPECT_EQ(data->PF_PathIsOpen(ref, path, &open), 0);
-        EXPECT_EQ(data->PF_PathNumSegments(ref, path, &segments), 0);
-        EXPECT_EQ(open, 1);
-        EXPECT_EQ(segments, 1);
-
-        PF_PathSegPrepPtr prepared = nullptr;
-        ASSERT_EQ(data->PF_PathPrepareSegLength(ref, path, 0, 100, &prepared), 0);
-        const double expected = std::hypot(c.dx, c.dy);
-        double length = 0, x = 0, y = 0, dirX = 0, dirY = 0;
-        EXPECT_EQ(data->PF_PathGetSegLength(ref, path, 0, &prepared, &length), 0);
-        EXPECT_NEAR(length, expected, 1e-9);
-        EXPECT_EQ(data->PF_PathEvalSegLengthDeriv1(ref, path, &prepared, 0, length / 4, &x, &y,
-                                                   &dirX, &dirY),
-                  0);
-        EXPECT_NEAR(x, 10.0 / c.quality.divisorX + c.dx / 4, 1e-9);
-        EXPECT_NEAR(y, 20.0 / c.quality.divisorY + c.dy / 4, 1e-9);
-        EXPECT_NEAR(dirX, c.dx / expected, 1e-12);
-        EXPECT_NEAR(dirY, c.dy / expected, 1e-12);
-        EXPECT_EQ(data->PF_PathEvalSegLength(ref, path, &prepared, 0, length + 9, &x, &y), 0);
-        EXPECT_NEAR(x, 10.0 / c.quality.divisorX + c.dx, 1e-9);
-        EXPECT_EQ(data->PF_PathCleanupSegLength(ref, path, 0, &prepared), 0);
-        EXPECT_EQ(query->PF_CheckinPath(ref, id, 0, path), 0);
-    });
-}
-// From (10, 20) to (110, 20 + 10 f): f = 10 at layer tick 1280, 12 at 1792.
-INSTANTIATE_TEST_SUITE_P(Times, Paths,
-                         testing::Values(pathCase{"First", kFull, 1280, 100, 100},
-                                         pathCase{"Later", kFull, 1792, 100, 120},
-                                         pathCase{"FirstReduced", kReduced, 1280, 50, 100.0 / 3},
-                                         pathCase{"LaterReduced", kReduced, 1792, 50, 40}),
-                         [](const auto& each) { return std::string(each.param.name); });
-
-TEST(PathIds, NameNoPathBeyondTheLayersMasks)
-{
-    Stage stage;
-    stage.scene.compositions[0].layers[0].effects[0].values[kMask] = Constant({7});
-    stage.With(10, kFull, [](PF_InData& in_data, PF_ParamDef* params[]) {
-        const Acquired<PF_PathQuerySuite1> query(in_data, kPFPathQuerySuite, 1);
-        const PF_PathID missing = params[kMask]->u.path_d.path_id;
-        EXPECT_NE(missing, 0U);
-        PF_PathID id = 9;
-        for (const A_long index : {-1, 2}) {
-            EXPECT_EQ(query->PF_PathInfo(in_data.effect_ref, index, &id), PF_Err_INVALID_INDEX);
-            EXPECT_EQ(id, 0U);
-        }
-        for (const PF_PathID none : {PF_PathID{0}, missing}) {
-            PF_PathOutlinePtr path = reinterpret_cast<PF_PathOutlinePtr>(&id);
-            EXPECT_EQ(query->PF_CheckoutPath(in_data.effect_ref, none, 1280, 512, 12800, &path), 0);
-            EXPECT_EQ(path, nullptr);
-        }
-    });
-}
-
-TEST(Masks, AreCountedOnEachLayer)
-{
-    Stage stage;
-    stage.With(10, kFull, [](PF_InData& in_data, PF_ParamDef*[]) {
-        const Acquired<AEGP_PFInterfaceSuite1> effects(in_data, kAEGPPFInterfaceSuite, 1);
-        const Acquired<AEGP_MaskSuite6> masks(in_data, kAEGPMaskSuite, 6);
-        AEGP_LayerH own = nullptr;
-        ASSERT_EQ(effects->AEGP_GetEffectLayer(in_data.effect_ref, &own), 0);
-        A_long count = 0;
-        EXPECT_EQ(masks->AEGP_GetLayerNumMasks(own, &count), 0);
-        EXPECT_EQ(count, 2);
-        AEGP_MaskRefH mask = nullptr;
-        EXPECT_EQ(masks->AEGP_GetLayerMaskByIndex(own, 2, &mask), PF_Err_INVALID_INDEX);
-        EXPECT_EQ(masks->AEGP_GetLayerMaskByIndex(own, 1, &mask), 0);
-        EXPECT_NE(mask, nullptr);
-        EXPECT_EQ(masks->AEGP_DisposeMask(mask), 0);
-    });
 }
 
 // ---- composition, camera, lights
@@ -479,6 +386,8 @@ TEST_P(Views, ShowCameraAndLightsAtFullResolution)
         }
         EXPECT_EQ(layers13->AEGP_GetLayerToWorldXform(spot, &time, &matrix), 0);
         EXPECT_EQ(matrix.mat[3][2], -9);
+        EXPECT_EQ(layers13->AEGP_GetLayerToWorldXform(camera, &time, &matrix), 0);
+        EXPECT_NEAR(matrix.mat[3][0], c.cameraX, 1e-12);
 
         const auto value = [&](AEGP_LayerH of, AEGP_LayerStream which) {
             AEGP_StreamVal2 val{};
@@ -505,69 +414,69 @@ TEST_P(Views, ShowCameraAndLightsAtFullResolution)
         EXPECT_EQ(color.blueF, 0.25);
     });
 }
-INSTANTIATE_TEST_SUITE_P(
-    Times, Views,
-    testing::Values(viewCase{"First", 10, kFull, 1280, 100, 350, 100},
-                    viewCase{"Later", 12, kFull, 1792, 120, 360, 120},
-                    viewCase{"FirstReduced", 10, kReduced, 1280, 100, 350, 100},
-                    viewCase{"LaterReduced", 12, kReduced, 1792, 120, 360, 120}),
-    [](const auto& each) { return std::string(each.param.name); });
+const viewCase kViewsTimes[] = {{"First", 10, kFull, 1280, 100, 350, 100},
+                                {"Later", 12, kFull, 1792, 120, 360, 120},
+                                {"FirstReduced", 10, kReduced, 1280, 100, 350, 100},
+                                {"LaterReduced", 12, kReduced, 1792, 120, 360, 120}};
+INSTANTIATE_TEST_SUITE_P(Times, Views, testing::ValuesIn(kViewsTimes), caseName{});
 
 TEST(Project, TypesFlagsAndMotionBlur)
 {
     Stage stage;
     stage.scene.compositions[0].layers[0].motionBlur = true;
-    stage.With(10, kReduced, [](PF_InData& in_data, PF_ParamDef*[]) {
-        const Acquired<AEGP_PFInterfaceSuite1> effects(in_data, kAEGPPFInterfaceSuite, 1);
-        const Acquired<AEGP_LayerSuite11> layers11(in_data, kAEGPLayerSuite, 11);
-        const Acquired<AEGP_LayerSuite12> layers12(in_data, kAEGPLayerSuite, 12);
-        const Acquired<AEGP_CompSuite18> comps18(in_data, kAEGPCompSuite, 18);
-        const Acquired<AEGP_CompSuite19> comps19(in_data, kAEGPCompSuite, 19);
-        const Acquired<AEGP_ItemSuite13> items(in_data, kAEGPItemSuite, 13);
-        const Acquired<AEGP_CameraSuite2> cameras(in_data, kAEGPCameraSuite, 2);
-        const Acquired<AEGP_LightSuite2> lights(in_data, kAEGPLightSuite, 2);
-        AEGP_LayerH own = nullptr;
-        AEGP_CompH comp = nullptr;
-        AEGP_ItemH item = nullptr;
-        ASSERT_EQ(effects->AEGP_GetEffectLayer(in_data.effect_ref, &own), 0);
-        ASSERT_EQ(layers12->AEGP_GetLayerParentComp(own, &comp), 0);
-        ASSERT_EQ(comps18->AEGP_GetItemFromComp(comp, &item), 0);
+    AtEachFrame([&](double t, const renderQuality& quality) {
+        stage.With(t, quality, [&](PF_InData& in_data, PF_ParamDef*[]) {
+            const Acquired<AEGP_PFInterfaceSuite1> effects(in_data, kAEGPPFInterfaceSuite, 1);
+            const Acquired<AEGP_LayerSuite11> layers11(in_data, kAEGPLayerSuite, 11);
+            const Acquired<AEGP_LayerSuite12> layers12(in_data, kAEGPLayerSuite, 12);
+            const Acquired<AEGP_CompSuite18> comps18(in_data, kAEGPCompSuite, 18);
+            const Acquired<AEGP_CompSuite19> comps19(in_data, kAEGPCompSuite, 19);
+            const Acquired<AEGP_ItemSuite13> items(in_data, kAEGPItemSuite, 13);
+            const Acquired<AEGP_CameraSuite2> cameras(in_data, kAEGPCameraSuite, 2);
+            const Acquired<AEGP_LightSuite2> lights(in_data, kAEGPLightSuite, 2);
+            AEGP_LayerH own = nullptr;
+            AEGP_CompH comp = nullptr;
+            AEGP_ItemH item = nullptr;
+            ASSERT_EQ(effects->AEGP_GetEffectLayer(in_data.effect_ref, &own), 0);
+            ASSERT_EQ(layers12->AEGP_GetLayerParentComp(own, &comp), 0);
+            ASSERT_EQ(comps18->AEGP_GetItemFromComp(comp, &item), 0);
 
-        A_long count = 0, width = 0, height = 0, samples = 0;
-        EXPECT_EQ(layers11->AEGP_GetCompNumLayers(comp, &count), 0);
-        EXPECT_EQ(count, 6);
-        EXPECT_EQ(items->AEGP_GetItemDimensions(item, &width, &height), 0);
-        EXPECT_EQ(width, 320);
-        EXPECT_EQ(height, 180);
-        const AEGP_ObjectType types[] = {AEGP_ObjectType_AV, AEGP_ObjectType_CAMERA,
-                                         AEGP_ObjectType_LIGHT, AEGP_ObjectType_LIGHT};
-        const AEGP_LayerFlags flags[] = {9, 1, 1, 0};  // motion blur 8, video 1
-        for (int k = 0; k < 4; ++k) {
-            AEGP_LayerH each = nullptr;
-            AEGP_ObjectType type = AEGP_ObjectType_NONE;
-            AEGP_LayerFlags flag = -1;
-            EXPECT_EQ(layers11->AEGP_GetCompLayerByIndex(comp, k, &each), 0);
-            EXPECT_EQ(layers11->AEGP_GetLayerObjectType(each, &type), 0);
-            EXPECT_EQ(layers12->AEGP_GetLayerFlags(each, &flag), 0);
-            EXPECT_EQ(type, types[k]) << k;
-            EXPECT_EQ(flag, flags[k]) << k;
-            AEGP_LightType light = -1;
-            if (type != AEGP_ObjectType_LIGHT) continue;
-            EXPECT_EQ(lights->AEGP_GetLightType(each, &light), 0);
-            EXPECT_EQ(light, k == 2 ? AEGP_LightType_SPOT : AEGP_LightType_AMBIENT);
-        }
-        AEGP_CompFlags compFlags = 0;
-        A_Ratio angle{}, phase{};
-        double distance = 0.0;
-        EXPECT_EQ(comps19->AEGP_GetCompFlags(comp, &compFlags), 0);
-        EXPECT_EQ(compFlags, 8);
-        EXPECT_EQ(comps19->AEGP_GetCompSuggestedMotionBlurSamples(comp, &samples), 0);
-        EXPECT_EQ(samples, 5);
-        EXPECT_EQ(comps19->AEGP_GetCompShutterAnglePhase(comp, &angle, &phase), 0);
-        EXPECT_DOUBLE_EQ(static_cast<double>(angle.num) / angle.den, 0.5);
-        EXPECT_DOUBLE_EQ(static_cast<double>(phase.num) / phase.den, -0.25);
-        EXPECT_EQ(cameras->AEGP_GetDefaultCameraDistanceToImagePlane(comp, &distance), 0);
-        EXPECT_DOUBLE_EQ(distance, 320.0 * 50 / 36);
+            A_long count = 0, width = 0, height = 0, samples = 0;
+            EXPECT_EQ(layers11->AEGP_GetCompNumLayers(comp, &count), 0);
+            EXPECT_EQ(count, 6);
+            EXPECT_EQ(items->AEGP_GetItemDimensions(item, &width, &height), 0);
+            EXPECT_EQ(width, 320);
+            EXPECT_EQ(height, 180);
+            const AEGP_ObjectType types[] = {AEGP_ObjectType_AV, AEGP_ObjectType_CAMERA,
+                                             AEGP_ObjectType_LIGHT, AEGP_ObjectType_LIGHT};
+            const AEGP_LayerFlags flags[] = {9, 1, 1, 0};  // motion blur 8, video 1
+            for (int k = 0; k < 4; ++k) {
+                AEGP_LayerH each = nullptr;
+                AEGP_ObjectType type = AEGP_ObjectType_NONE;
+                AEGP_LayerFlags flag = -1;
+                EXPECT_EQ(layers11->AEGP_GetCompLayerByIndex(comp, k, &each), 0);
+                EXPECT_EQ(layers11->AEGP_GetLayerObjectType(each, &type), 0);
+                EXPECT_EQ(layers12->AEGP_GetLayerFlags(each, &flag), 0);
+                EXPECT_EQ(type, types[k]) << k;
+                EXPECT_EQ(flag, flags[k]) << k;
+                AEGP_LightType light = -1;
+                if (type != AEGP_ObjectType_LIGHT) continue;
+                EXPECT_EQ(lights->AEGP_GetLightType(each, &light), 0);
+                EXPECT_EQ(light, k == 2 ? AEGP_LightType_SPOT : AEGP_LightType_AMBIENT);
+            }
+            AEGP_CompFlags compFlags = 0;
+            A_Ratio angle{}, phase{};
+            double distance = 0.0;
+            EXPECT_EQ(comps19->AEGP_GetCompFlags(comp, &compFlags), 0);
+            EXPECT_EQ(compFlags, 8);
+            EXPECT_EQ(comps19->AEGP_GetCompSuggestedMotionBlurSamples(comp, &samples), 0);
+            EXPECT_EQ(samples, 5);
+            EXPECT_EQ(comps19->AEGP_GetCompShutterAnglePhase(comp, &angle, &phase), 0);
+            EXPECT_DOUBLE_EQ(static_cast<double>(angle.num) / angle.den, 0.5);
+            EXPECT_DOUBLE_EQ(static_cast<double>(phase.num) / phase.den, -0.25);
+            EXPECT_EQ(cameras->AEGP_GetDefaultCameraDistanceToImagePlane(comp, &distance), 0);
+            EXPECT_DOUBLE_EQ(distance, 320.0 * 50 / 36);
+        });
     });
 }
 
@@ -575,12 +484,14 @@ TEST(Project, NoCameraIsNoError)
 {
     Stage stage;
     stage.scene.compositions[0].layers[1].hidden = true;
-    stage.With(10, kFull, [](PF_InData& in_data, PF_ParamDef*[]) {
-        const Acquired<AEGP_PFInterfaceSuite1> effects(in_data, kAEGPPFInterfaceSuite, 1);
-        const A_Time time{10, 25};
-        AEGP_LayerH camera = reinterpret_cast<AEGP_LayerH>(&in_data);
-        EXPECT_EQ(effects->AEGP_GetEffectCamera(in_data.effect_ref, &time, &camera), 0);
-        EXPECT_EQ(camera, nullptr);
+    AtEachFrame([&](double t, const renderQuality& quality) {
+        stage.With(t, quality, [&](PF_InData& in_data, PF_ParamDef*[]) {
+            const Acquired<AEGP_PFInterfaceSuite1> effects(in_data, kAEGPPFInterfaceSuite, 1);
+            const A_Time time{static_cast<A_long>(t), 25};
+            AEGP_LayerH camera = reinterpret_cast<AEGP_LayerH>(&in_data);
+            EXPECT_EQ(effects->AEGP_GetEffectCamera(in_data.effect_ref, &time, &camera), 0);
+            EXPECT_EQ(camera, nullptr);
+        });
     });
 }
 

@@ -1,5 +1,7 @@
 #include "host/plugin_fixture.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -249,6 +251,16 @@ std::string Stage::FaultOf(const std::function<void(PF_InData&, PF_ParamDef* par
         return fault.kind() == failureKind::plugin ? fault.what() : "";
     }
     return "";
+}
+
+void AtEachFrame(const std::function<void(double t, const renderQuality& quality)>& check)
+{
+    for (const double t : {10.0, 12.0}) {
+        for (const renderQuality& quality : {kFull, kReduced}) {
+            SCOPED_TRACE(testing::Message() << "frame " << t << ", divisor " << quality.divisorX);
+            check(t, quality);
+        }
+    }
 }
 
 }  // namespace orv::test

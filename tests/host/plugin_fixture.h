@@ -98,6 +98,10 @@ public:
     std::unique_ptr<PluginHost> host;
 };
 
+constexpr renderQuality kFull{}, kReduced{.divisorX = 2, .divisorY = 3};
+/// At composition frames 10 and 12, at preview divisors 1 and (2, 3).
+void AtEachFrame(const std::function<void(double t, const renderQuality& quality)>& check);
+
 /// Acquires, and releases with the object.
 template <class Suite>
 class Acquired {

@@ -3,6 +3,7 @@
 
 #include "host/plugin_fixture.h"
 #include "plugin/scriptedProject.h"
+#include "support/caseName.h"
 
 namespace orv::test {
 namespace {
@@ -89,12 +90,10 @@ TEST_P(ScriptEnds, AreToldToEffectAndUser)
     EXPECT_EQ(host.stage->warnings, std::vector<std::string>{"script: why"});
     EXPECT_EQ(host.AmountAt(10), 41.0) << "set before the end";
 }
-INSTANTIATE_TEST_SUITE_P(
-    Ends, ScriptEnds,
-    testing::Values(endCase{"Failed", scriptEnd::failed, PF_Err_BAD_CALLBACK_PARAM},
-                    endCase{"Stopped", scriptEnd::stopped, PF_Err_INTERNAL_STRUCT_DAMAGED},
-                    endCase{"OutOfMemory", scriptEnd::outOfMemory, PF_Err_OUT_OF_MEMORY}),
-    [](const auto& each) { return std::string(each.param.name); });
+const endCase kEnds[] = {{"Failed", scriptEnd::failed, PF_Err_BAD_CALLBACK_PARAM},
+                         {"Stopped", scriptEnd::stopped, PF_Err_INTERNAL_STRUCT_DAMAGED},
+                         {"OutOfMemory", scriptEnd::outOfMemory, PF_Err_OUT_OF_MEMORY}};
+INSTANTIATE_TEST_SUITE_P(Ends, ScriptEnds, testing::ValuesIn(kEnds), caseName{});
 
 TEST(ExecuteScript, RefusesAssignmentsToWhatIsNotThere)
 {

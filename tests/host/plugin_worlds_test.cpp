@@ -1,12 +1,12 @@
 // Worlds: layout, copying, filling, alpha.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 #include <vector>
 
 #include "plugin/worldOperations.h"
 #include "plugin/worlds.h"
+#include "support/caseName.h"
 
 namespace orv {
 namespace {
@@ -225,27 +225,16 @@ TEST_P(Transfer, LaysOneOverTheOther)
 }
 // Half over half, alphas 0.4 (102) and 0.8 (204): 0.4 + 0.8 * 0.6 = 0.88 (224.4); red of the upper
 // counts 0.4 / 0.88: 100 * 0.4545 + 200 * 0.5455 = 154.5.
-INSTANTIATE_TEST_SUITE_P(
-    Pixels, Transfer,
-    testing::Values(
-        transferCase{"OpaqueInFrontHides", {255, 1, 2, 3}, {200, 9, 9, 9}, true, 1, {255, 1, 2, 3}},
-        transferCase{"TransparentInFrontLeaves", {0, 1, 2, 3}, {0, 9, 8, 7}, true, 1, {0, 9, 8, 7}},
-        transferCase{
-            "HalfInFrontMixes", {102, 100, 0, 0}, {204, 200, 0, 0}, true, 1, {224, 155, 0, 0}},
-        transferCase{
-            "BehindOpaqueLeaves", {255, 1, 2, 3}, {255, 9, 9, 9}, false, 1, {255, 9, 9, 9}},
-        transferCase{"BehindNothingShows", {99, 1, 2, 3}, {0, 9, 9, 9}, false, 1, {99, 1, 2, 3}},
-        transferCase{
-            "NothingBehindNothingLeaves", {0, 1, 2, 3}, {0, 9, 8, 7}, false, 1, {0, 9, 8, 7}},
-        transferCase{
-            "HalfBehindMixes", {204, 200, 0, 0}, {102, 100, 0, 0}, false, 1, {224, 155, 0, 0}},
-        transferCase{"OpacityThinsTheSource",
-                     {255, 100, 0, 0},
-                     {204, 200, 0, 0},
-                     true,
-                     0.4,
-                     {224, 155, 0, 0}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const transferCase kPixels[] = {
+    {"OpaqueInFrontHides", {255, 1, 2, 3}, {200, 9, 9, 9}, true, 1, {255, 1, 2, 3}},
+    {"TransparentInFrontLeaves", {0, 1, 2, 3}, {0, 9, 8, 7}, true, 1, {0, 9, 8, 7}},
+    {"HalfInFrontMixes", {102, 100, 0, 0}, {204, 200, 0, 0}, true, 1, {224, 155, 0, 0}},
+    {"BehindOpaqueLeaves", {255, 1, 2, 3}, {255, 9, 9, 9}, false, 1, {255, 9, 9, 9}},
+    {"BehindNothingShows", {99, 1, 2, 3}, {0, 9, 9, 9}, false, 1, {99, 1, 2, 3}},
+    {"NothingBehindNothingLeaves", {0, 1, 2, 3}, {0, 9, 8, 7}, false, 1, {0, 9, 8, 7}},
+    {"HalfBehindMixes", {204, 200, 0, 0}, {102, 100, 0, 0}, false, 1, {224, 155, 0, 0}},
+    {"OpacityThinsTheSource", {255, 100, 0, 0}, {204, 200, 0, 0}, true, 0.4, {224, 155, 0, 0}}};
+INSTANTIATE_TEST_SUITE_P(Pixels, Transfer, testing::ValuesIn(kPixels), caseName{});
 
 TEST(Transfer16, PartsOutsideTheTargetAreLeftOut)
 {
