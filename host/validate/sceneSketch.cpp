@@ -146,7 +146,7 @@ sceneSketch EverythingSketch(const effectDeclaration& declaration)
     // The first one lies on the source, too.
     sketch.masks = {StraightMask({{1, 4}, {8, 3}, {15, 5}}, false),
                     StraightMask({{4, 18}, {16, 12}, {28, 18}}, false),
-                    StraightMask({{2, 16}, {16, 16}, {30, 16}}, false),
+                    StraightMask({{2, 16}, {9, 16}, {30, 16}}, false),
                     StraightMask({{0, 0}, {32, 0}, {32, 32}, {0, 32}}, true)};
     sketch.moreLayers = kMoreLayers;
     sketch.onLayer = R"("mb": true, )";

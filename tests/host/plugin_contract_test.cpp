@@ -405,6 +405,28 @@ TEST(Gate, AFailedCheckOutIsStillToBeCheckedIn)
               kPlace + std::string("not given back: 1 checked-out parameter (index 4)"));
 }
 
+TEST(Gate, AllCallsOfANameCanBeRefusedAndWhatIsAskedForIsLogged)
+{
+    Stage stage;
+    callLog log;
+    stage.host->gate() = {.code = 99,
+                          .failedCall = {},
+                          .missingSuite = {},
+                          .refusedCall = "host_new_handle",
+                          .log = &log};
+    stage.With(10, {}, [](PF_InData& in, PF_ParamDef*[]) {
+        const void* suite = nullptr;
+        ASSERT_EQ(in.pica_basicP->AcquireSuite(kPFHandleSuite, 2, &suite), 0);
+        for (int k = 0; k < 2; ++k)
+            EXPECT_EQ(static_cast<const PF_HandleSuite2*>(suite)->host_new_handle(8), nullptr);
+        EXPECT_EQ(in.pica_basicP->ReleaseSuite(kPFHandleSuite, 2), 0);
+    });
+    EXPECT_EQ(log.calls, (std::vector<std::string>{"AcquireSuite", "host_new_handle",
+                                                   "host_new_handle", "ReleaseSuite"}));
+    EXPECT_EQ(log.suites, std::vector<std::string>{kPFHandleSuite});
+    EXPECT_EQ(stage.host->gate().failedCall, "host_new_handle");
+}
+
 TEST(Abort, AnswersFromTheAskedCheckOnAndWhenInterrupted)
 {
     bool interrupted = false;
