@@ -19,8 +19,7 @@ enum class consequence {
 /// Whether the list allows it.
 bool MayFollow(consequence what, PF_Cmd cmd, std::string_view call);
 
-/// Whether a command takes back what it was handed even if it cannot reach its host: handles need
-/// a suite.
+/// Whether the command gives handles back. Without their suite it cannot.
 bool IsSetDown(PF_Cmd cmd);
 
 }  // namespace orv

@@ -78,7 +78,8 @@ private:
     trialOutcome Send(const callGate& gate);
     void Finish(const trialOutcome& outcome);
     void JudgeAnswer(const trialOutcome& outcome);
-    [[nodiscard]] bool DidItsWork(const trialOutcome& outcome) const;
+    /// "" when the outcome is the usual one; else what is another.
+    [[nodiscard]] std::string WorkNotDone(const trialOutcome& outcome) const;
     void CheckNextFrame(const trialOutcome& outcome);
     PF_Err SendPlainly(PF_Cmd cmd);
     void LearnFrames();

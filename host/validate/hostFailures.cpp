@@ -82,7 +82,7 @@ void Modules(const testSetting& setting, Checks& checks)
 
 constexpr std::array kTests{
     validationTest{"failures.module", 7, "A host call fails while the module is set up or down",
-                   120, 600, Modules},
+                   240, 900, Modules},
     validationTest{"failures.instance", 7,
                    "A host call fails in a command of an instance other than RENDER", 180, 900,
                    Instances},

@@ -12,6 +12,8 @@
 namespace orv {
 namespace {
 
+constexpr std::string_view kSetUp = "the module's set-up", kSetDown = "the module's set-down";
+
 /// GLOBAL_SETDOWN, with its answer and what it left out.
 trialOutcome SendSetDown(PluginHost& host, const callGate& gate)
 {
@@ -66,33 +68,33 @@ image ModuleTrial::FrameUnder(ValidationBench& bench) const
 bool ModuleTrial::Learn()
 {
     callGate gate{.failedCall = {}, .missingSuite = {}, .log = &setUpNotes_};
-    ValidationBench bench(module_, TrialOptions(gate));
-    setUpGate_ = std::exchange(bench.host().gate(), {});
-    frame_ = FrameUnder(bench);
-    bench.host().Close();
-
-    ValidationBench again(module_, TrialOptions());
+    {
+        ValidationBench bench(module_, TrialOptions(gate));
+        setUpGate_ = std::exchange(bench.host().gate(), {});
+        frame_ = FrameUnder(bench);
+        bench.host().Close();
+    }
+    ValidationBench bench(module_, TrialOptions());
     gate.log = &setDownNotes_;
-    const trialOutcome usual = SendSetDown(again.host(), gate);
+    const trialOutcome usual = SendSetDown(bench.host(), gate);
     setDownGate_ = usual.gate;
     return checks_.That(usual.answer == PF_Err_NONE && usual.fault.empty(),
                         "GLOBAL_SETDOWN as it is: answer {} {}", usual.answer, usual.fault);
 }
 
-void ModuleTrial::JudgeFailure(const trialOutcome& outcome)
+void ModuleTrial::JudgeAnswer(std::string_view step, const trialOutcome& outcome)
 {
     const PF_Err answer = outcome.answer;
     checks_.That(answer == PF_Err_NONE || answer == outcome.code() ||
                      MayFollow(consequence::otherCode, PF_Cmd_GLOBAL_SETUP, outcome.call()),
-                 "set-up or set-down of the module: {}, and the answer is {}", outcome.hostsPart(),
-                 answer);
+                 "{}: {}, and the answer is {}", step, outcome.hostsPart(), answer);
 }
 
-void ModuleTrial::CheckFrame(ValidationBench& bench, const trialOutcome& outcome)
+void ModuleTrial::CheckFrame(ValidationBench& bench, std::string_view step,
+                             const trialOutcome& outcome)
 {
     const image frame = FrameUnder(bench);
-    checks_.That(frame == frame_,
-                 "set-up or set-down of the module: {}, and a frame after it differs: {}",
+    checks_.That(frame == frame_, "{}: {}, and a frame after it differs: {}", step,
                  outcome.hostsPart(), Difference(frame, frame_));
     bench.host().Close();
 }
@@ -102,18 +104,18 @@ void ModuleTrial::CheckFrameWithoutRecord(ValidationBench& bench, const trialOut
 try {
     const image frame = FrameUnder(bench);
     checks_.That(frame == frame_ || frame == bench.EmptyOutput(),
-                 "set-up of the module: {}, and a frame after it is another: {}",
-                 outcome.hostsPart(), Difference(frame, frame_));
+                 "{}: {}, and a frame after it is another: {}", kSetUp, outcome.hostsPart(),
+                 Difference(frame, frame_));
     bench.host().Close();
 } catch (const failure& refused) {
     if (refused.kind() != failureKind::frame) throw;
 }
 
-void ModuleTrial::CheckUnderNewHost(const trialOutcome& outcome)
+void ModuleTrial::CheckUnderNewHost(std::string_view step, const trialOutcome& outcome)
 {
-    Attempt(checks_, "set-up of the module after " + outcome.hostsPart(), [&] {
+    Attempt(checks_, fmt::format("a new host after {}: {}", step, outcome.hostsPart()), [&] {
         ValidationBench bench(module_, TrialOptions());
-        CheckFrame(bench, outcome);
+        CheckFrame(bench, step, outcome);
     });
 }
 
@@ -123,7 +125,7 @@ bool ModuleTrial::TrySetUp(const callGate& gate)
     trialOutcome outcome{.gate = gate};
     outcome.gate.log = &notes;
     std::unique_ptr<ValidationBench> bench;
-    checks_.Doing("set-up of the module, {}", outcome.hostsPart());
+    checks_.Doing("{}, {}", kSetUp, outcome.hostsPart());
     std::string refusal;
     try {
         bench = std::make_unique<ValidationBench>(module_, TrialOptions(outcome.gate));
@@ -136,24 +138,24 @@ bool ModuleTrial::TrySetUp(const callGate& gate)
     if (!refusal.empty() && !IsRefusal(refusal, outcome.answer))
         checks_.That(false, "{} while {}", refusal, outcome.hostsPart());
     else
-        JudgeFailure(outcome);
+        JudgeAnswer(kSetUp, outcome);
     if (bench) {
-        Attempt(checks_, "a frame after a set-up in which " + outcome.hostsPart(), [&] {
+        Attempt(checks_, fmt::format("a frame after {}: {}", kSetUp, outcome.hostsPart()), [&] {
             if (MayFollow(consequence::noRecord, PF_Cmd_GLOBAL_SETUP, outcome.call()))
                 CheckFrameWithoutRecord(*bench, outcome);
             else
-                CheckFrame(*bench, outcome);
+                CheckFrame(*bench, kSetUp, outcome);
         });
         bench.reset();  // one host at a time
     }
-    CheckUnderNewHost(outcome);
+    CheckUnderNewHost(kSetUp, outcome);
     return true;
 }
 
 bool ModuleTrial::TrySetDown(const callGate& gate)
 {
     trialOutcome outcome{.gate = gate};
-    checks_.Doing("set-down of the module, {}", outcome.hostsPart());
+    checks_.Doing("{}, {}", kSetDown, outcome.hostsPart());
     {
         ValidationBench bench(module_, TrialOptions());
         outcome = SendSetDown(bench.host(), gate);
@@ -163,8 +165,8 @@ bool ModuleTrial::TrySetDown(const callGate& gate)
     if (!outcome.fault.empty() && outcome.call() != "AcquireSuite")
         checks_.That(false, "{} while {}", outcome.fault, outcome.hostsPart());
     else
-        JudgeFailure(outcome);
-    CheckUnderNewHost(outcome);
+        JudgeAnswer(kSetDown, outcome);
+    CheckUnderNewHost(kSetDown, outcome);
     return true;
 }
 

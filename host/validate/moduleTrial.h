@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "validate/commandTrial.h"
 
@@ -28,10 +29,10 @@ public:
 
 private:
     image FrameUnder(ValidationBench& bench) const;
-    void JudgeFailure(const trialOutcome& outcome);
-    void CheckFrame(ValidationBench& bench, const trialOutcome& outcome);
+    void JudgeAnswer(std::string_view step, const trialOutcome& outcome);
+    void CheckFrame(ValidationBench& bench, std::string_view step, const trialOutcome& outcome);
     void CheckFrameWithoutRecord(ValidationBench& bench, const trialOutcome& outcome);
-    void CheckUnderNewHost(const trialOutcome& outcome);
+    void CheckUnderNewHost(std::string_view step, const trialOutcome& outcome);
 
     std::string module_;
     Checks& checks_;
