@@ -8,16 +8,28 @@ namespace {
 
 constexpr const char* kSceneName = "validation";
 
+commandObserver& EveryCommand()
+{
+    static commandObserver observe;
+    return observe;
+}
+
 }  // namespace
 
 ValidationBench::ValidationBench(const std::string& module, pluginOptions options)
 {
     options.warn = [this](const std::string& text) { warnings_.push_back(text); };
+    if (!options.observe) options.observe = EveryCommand();
     host_ = std::make_unique<PluginHost>(module, std::move(options));
     runner_ = std::make_unique<PluginEffectRunner>(*host_);
 }
 
 ValidationBench::~ValidationBench() = default;
+
+void ValidationBench::OnEveryCommand(commandObserver observe)
+{
+    EveryCommand() = std::move(observe);
+}
 
 std::size_t ValidationBench::Show(const sceneSketch& sketch)
 {

@@ -49,6 +49,9 @@ public:
     /// Messages of the effect with result 0, and what loading the scenes warned of.
     [[nodiscard]] const std::vector<std::string>& warnings() const { return warnings_; }
 
+    /// Told of the commands of every bench; see pluginOptions. For the last words of a process.
+    static void OnEveryCommand(commandObserver observe);
+
 private:
     std::vector<std::string> warnings_;
     std::unique_ptr<PluginHost> host_;

@@ -14,6 +14,7 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
+#include "validate/bench.h"
 #include "validate/protocol.h"
 #include "validate/testReport.h"
 #include "validate/testTable.h"
@@ -34,11 +35,14 @@ public:
 
     void Doing(std::string_view what)
     {
-        std::string line(what.substr(0, orv::kActivityBytes - 1));
-        std::ranges::replace(line, '\n', ' ');
-        line.resize(orv::kActivityBytes - 1, ' ');
-        line += '\n';
-        WriteAt(line, 0);
+        doing_ = what;
+        Tell(what);
+    }
+    /// A command while it runs, behind what the test is doing.
+    void Sending(const std::string& command, bool answered)
+    {
+        const std::string_view between = doing_.empty() ? "" : "; ";
+        Tell(answered ? doing_ : fmt::format("{}{}{}", doing_, between, command));
     }
     void Finish(const orv::testReport& report)
     {
@@ -46,6 +50,15 @@ public:
     }
 
 private:
+    void Tell(std::string_view what)
+    {
+        std::string line(what.substr(0, orv::kActivityBytes - 1));
+        std::ranges::replace(line, '\n', ' ');
+        line.resize(orv::kActivityBytes - 1, ' ');
+        line += '\n';
+        WriteAt(line, 0);
+    }
+
     /// By hand on a terminal there are no places to write to: the end is what counts there.
     void WriteAt(std::string_view text, std::size_t place)
     {
@@ -55,6 +68,7 @@ private:
     }
 
     int file_;
+    std::string doing_;
 };
 
 orv::testReport RunTest(const orv::validationTest& test, const orv::testSetting& setting,
@@ -64,6 +78,8 @@ orv::testReport RunTest(const orv::validationTest& test, const orv::testSetting&
     report.name = test.name;
     report.level = test.level;
     orv::Checks checks([&file](std::string_view what) { file.Doing(what); });
+    orv::ValidationBench::OnEveryCommand(
+        [&file](const std::string& command, bool answered) { file.Sending(command, answered); });
     const auto start = std::chrono::steady_clock::now();
     try {
         test.run(setting, checks);
