@@ -15,6 +15,7 @@ struct GlobalData {
 /// One per effect instance (the host's sequence_data): the render record. Lives in its handle by
 /// placement new. What the frame renderers cache here decides whether textures are uploaded again.
 struct SequenceData {
+    std::uint64_t number = 0;      ///< of this record, the only one in this process; stands first
     std::int32_t slot = 0;         ///< index into the two texture lists
     std::int32_t renderLevel = 0;  ///< 0, 1, 2: rewritten at each FRAME_SETUP
     std::uint8_t listsInitialised = 0;

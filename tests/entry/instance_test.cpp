@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "entry/instanceRig.h"
@@ -54,6 +55,21 @@ TEST(Lifecycle, ResetUpDiscardsWhatAProjectHeld)
         EXPECT_EQ(rig.Send(PF_Cmd_RENDER), PF_Err_NONE);
         EXPECT_NO_THROW(rig.host().Close());
     }
+}
+
+TEST(Lifecycle, BytesOfAnotherInTheRecordsPlaceAreNoRecord)
+{
+    InstanceRig rig(kPlain.json());
+    ASSERT_EQ(rig.Send(PF_Cmd_SEQUENCE_SETUP), PF_Err_NONE);
+    rig.With(rig.At(0), [](PF_InData& in_data) {
+        ASSERT_NE(SequenceRecord(in_data.sequence_data), nullptr);
+        std::memset(*in_data.sequence_data, 0xA5, sizeof(SequenceData));
+    });
+    EXPECT_EQ(rig.Send(PF_Cmd_SEQUENCE_RESETUP), PF_Err_NONE);
+    rig.With(rig.At(0), [](PF_InData& in_data) {
+        EXPECT_NE(SequenceRecord(in_data.sequence_data), nullptr);
+    });
+    EXPECT_NO_THROW(rig.host().Close());
 }
 
 TEST(Lifecycle, TheRecordHoldsLevelAndTexturesUntilSetDown)
