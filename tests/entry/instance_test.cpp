@@ -66,9 +66,8 @@ TEST(Lifecycle, BytesOfAnotherInTheRecordsPlaceAreNoRecord)
         std::memset(*in_data.sequence_data, 0xA5, sizeof(SequenceData));
     });
     EXPECT_EQ(rig.Send(PF_Cmd_SEQUENCE_RESETUP), PF_Err_NONE);
-    rig.With(rig.At(0), [](PF_InData& in_data) {
-        EXPECT_NE(SequenceRecord(in_data.sequence_data), nullptr);
-    });
+    rig.With(rig.At(0),
+             [](PF_InData& in_data) { EXPECT_NE(SequenceRecord(in_data.sequence_data), nullptr); });
     EXPECT_NO_THROW(rig.host().Close());
 }
 
