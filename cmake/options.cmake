@@ -14,3 +14,8 @@ if(ORV_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     target_link_options(orv_options INTERFACE -fsanitize=address,undefined)
 endif()
+
+if(ORV_FUZZ)
+    # Counts which branches an input takes; the targets alone are linked with libFuzzer's main.
+    target_compile_options(orv_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
