@@ -31,7 +31,15 @@ int ChordCount(const cubic& c)
     };
     const double most = std::max(bend(c.start, c.leave, c.arrive), bend(c.leave, c.arrive, c.end));
     const double chords = std::ceil(std::sqrt(6.0 * most / (8.0 * kTolerance)));
+    if (std::isnan(chords)) return 1;
     return static_cast<int>(std::clamp(chords, 1.0, static_cast<double>(kMostChords)));
+}
+
+/// Not for what cannot be computed with: no scene reaches as far.
+bool IsSomewhere(const vec2& p)
+{
+    constexpr double kFarthest = 1e100;
+    return std::abs(p.x) <= kFarthest && std::abs(p.y) <= kFarthest;
 }
 
 /// Keeps the side where inside(point) >= 0; `inside` is linear in the point.
@@ -70,7 +78,8 @@ std::vector<vec2> FlattenClosedPath(const maskPath& path, double scaleX, double 
         // Each segment adds its start; the next one adds its end.
         const int chords = ChordCount(segment);
         for (int k = 0; k < chords; ++k) {
-            polygon.push_back(PointOn(segment, static_cast<double>(k) / chords));
+            const vec2 point = PointOn(segment, static_cast<double>(k) / chords);
+            if (IsSomewhere(point)) polygon.push_back(point);
         }
     }
     return polygon;

@@ -253,7 +253,7 @@ planeMatrix AtPreview(const planeMatrix& full, int divisorX, int divisorY)
 void DrawPlaced(const image& picture, const planeMatrix& placement, double opacity, canvas& target)
 {
     const auto share = static_cast<float>(std::clamp(opacity, 0.0, 1.0));
-    if (share <= 0.0F) return;
+    if (!(share > 0.0F)) return;  // not a number either
     if (picture.depth == 16) {
         Draw<std::uint16_t>(picture, placement, share, target);
     } else {

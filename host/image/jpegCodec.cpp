@@ -53,7 +53,7 @@ void OnMessage(j_common_ptr common, int level)
 /// A small progressive file can ask for thousands of passes over a large picture.
 void OnProgress(j_common_ptr common)
 {
-    constexpr int kMostScans = 500;
+    constexpr int kMostScans = 100;  // encoders write about ten
     if (!common->is_decompressor) return;
     jpegState& state = StateOf(common);
     if (state.decoder.input_scan_number > kMostScans) {

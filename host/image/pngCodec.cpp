@@ -42,15 +42,31 @@ void OnWarning(png_structp, png_const_charp)
     // Odd but readable: damaged text chunks, unknown profiles.
 }
 
+constexpr const char* kTooShort = "the data ends too early";
+
 void ReadBytes(png_structp png, png_bytep into, std::size_t count)
 {
     auto* state = static_cast<pngState*>(png_get_io_ptr(png));
-    if (count > state->unread.size()) png_error(png, "the data ends too early");
+    if (count > state->unread.size()) png_error(png, kTooShort);
     std::memcpy(into, state->unread.data(), count);
     state->unread = state->unread.subspan(count);
 }
 
 // ------------------------------------------------------------------ reading
+
+/// Whether no chunk says that it is longer than what is left. The library takes the memory that a
+/// chunk says it needs, up to 2 GB, before it reads it.
+bool HoldsItsChunks(std::span<const std::uint8_t> data)
+{
+    constexpr std::size_t kSignature = 8, kHeader = 8, kCheck = 4;
+    for (data = data.subspan(kSignature); data.size() >= kHeader + kCheck;) {
+        const std::size_t length = png_get_uint_32(data.data());
+        if (length > data.size() - kHeader - kCheck) return false;
+        if (std::memcmp(data.data() + 4, "IEND", 4) == 0) break;
+        data = data.subspan(kHeader + length + kCheck);
+    }
+    return true;
+}
 
 class PngReader {
 public:
@@ -234,6 +250,7 @@ void ArgbToRgbaRow16(const image& picture, int y, std::uint16_t* rgba)
 
 image DecodePng(std::span<const std::uint8_t> data, const std::string& name)
 {
+    if (!HoldsItsChunks(data)) RefusePicture(name, kTooShort);
     PngReader reader(data, name);
     image picture = reader.ReadHeader();
     reader.ReadRows(picture);

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace orv {
 
 namespace {
+
+/// Of shorter vectors 1 / length is no number: they have no direction.
+constexpr double kSmallest = std::numeric_limits<double>::min();
 
 vec2 operator+(vec2 a, vec2 b)
 {
@@ -117,7 +121,7 @@ SegmentMeasure::point SegmentMeasure::At(double arcLength) const
 {
     if (straight_) {
         const vec2 chord = segment_[3] - segment_[0];
-        if (!(length_ > 0.0)) return {segment_[0], {}};
+        if (!(length_ >= kSmallest)) return {segment_[0], {}};
         const double fraction = std::clamp(arcLength / length_, 0.0, 1.0);
         return {segment_[0] + fraction * chord, (1.0 / length_) * chord};
     }
@@ -158,7 +162,7 @@ vec2 SegmentMeasure::Direction(double u) const
          {FirstDerivative(segment_, u), side * SecondDerivative(segment_, u),
           ThirdDerivative(segment_)}) {
         const double size = Length(candidate);
-        if (size > negligible) return (1.0 / size) * candidate;
+        if (size > negligible && size >= kSmallest) return (1.0 / size) * candidate;
     }
     return {};
 }

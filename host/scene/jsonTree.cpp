@@ -16,7 +16,6 @@ namespace orv {
 namespace {
 
 constexpr std::size_t kMostLevels = 128;
-constexpr std::size_t kMostValues = 5'000'000;
 constexpr double kLargestNumber = 1e9;
 
 [[noreturn]] void FailAtOffset(std::string_view text, std::size_t offset, const Messages& messages,
@@ -85,8 +84,8 @@ private:
 
 jsonValue& TreeBuilder::nextPlace()
 {
-    if (++values_ > kMostValues) {
-        messages_.fail("", fmt::format("more than the limit of {} JSON values", kMostValues));
+    if (++values_ > kMostJsonValues) {
+        messages_.fail("", fmt::format("more than the limit of {} JSON values", kMostJsonValues));
     }
     if (open_.empty()) return root_;
     if (auto* object = std::get_if<jsonValue::object>(&open_.back()->data)) {

@@ -2,6 +2,7 @@
 // or not finite is ever kept.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -10,6 +11,9 @@
 #include "scene/messages.h"
 
 namespace orv {
+
+/// Objects, lists, numbers, ... of a file.
+inline constexpr std::size_t kMostJsonValues = 5'000'000;
 
 struct jsonMember;
 

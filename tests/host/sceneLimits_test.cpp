@@ -2,7 +2,12 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cstdint>
+#include <limits>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "host/sceneFixture.h"
 
@@ -64,17 +69,101 @@ TEST(SceneLimits, CountOfLayersHoldsForAllCompositionsTogether)
 
 TEST(SceneLimits, CountOfMasksVerticesAndKeys)
 {
-    const std::string mask = R"({"pt":{"k":{"v":[],"i":[],"o":[]}}})";
-    EXPECT_EQ(LoadError(Scene(Solid(fmt::format(R"("masksProperties":[{}])", Listed(mask, 1001))))),
+    const auto withMasks = [](int count) {
+        const std::string mask = R"({"pt":{"k":{"v":[],"i":[],"o":[]}}})";
+        return Scene(Solid(fmt::format(R"("masksProperties":[{}])", Listed(mask, count))));
+    };
+    EXPECT_EQ(LoadError(withMasks(1000)), "loaded");
+    EXPECT_EQ(LoadError(withMasks(1001)),
               "scene.json: layers[0].masksProperties: 1001 masks, the limit is 1000");
-    const std::string points = Listed("[0,0]", 10001);
-    EXPECT_EQ(LoadError(Scene(
-                  SolidWithMask(fmt::format(R"({{"k":{{"v":[{}],"i":[],"o":[]}}}})", points)))),
+
+    const auto withVertices = [](int count) {
+        const std::string points = Listed("[0,0]", count);
+        return Scene(
+            SolidWithMask(fmt::format(R"({{"k":{{"v":[{0}],"i":[{0}],"o":[{0}]}}}})", points)));
+    };
+    EXPECT_EQ(LoadError(withVertices(10000)), "loaded");
+    EXPECT_EQ(LoadError(withVertices(10001)),
               "scene.json: layers[0].masksProperties[0].pt.k.v: 10001 vertices, the limit is "
               "10000");
-    const std::string keys = Listed(R"({"t":0,"s":[0]})", 100001);
-    EXPECT_EQ(LoadError(Scene(Solid(fmt::format(R"("ks":{{"r":{{"k":[{}]}}}})", keys)))),
+
+    const auto withKeys = [](int count) {
+        const std::string keys = Listed(R"({"t":0,"s":[0]})", count);
+        return Scene(Solid(fmt::format(R"("ks":{{"r":{{"k":[{}]}}}})", keys)));
+    };
+    EXPECT_EQ(LoadError(withKeys(100000)), "loaded");
+    EXPECT_EQ(LoadError(withKeys(100001)),
               "scene.json: layers[0].ks.r.k: 100001 key frames, the limit is 100000");
+}
+
+TEST(SceneLimits, SlotsCountForEachUse)
+{
+    // A slot of 1 + 1 + 5 x 100000 values, each use of which is as many keys in memory.
+    const std::string key = R"({"t":0,"s":[0],"h":1})";
+    const std::string slots =
+        fmt::format(R"("slots":{{"a":{{"p":{{"k":[{}]}}}}}})", Listed(key, 100000));
+    const auto used = [&](int times) {
+        return Scene(Listed(Solid(R"("ks":{"r":{"sid":"a"}})"), times), slots);
+    };
+    EXPECT_EQ(LoadError(used(9)), "loaded");
+    EXPECT_EQ(LoadError(used(10)),
+              "scene.json: layers[9].ks.r.sid: the slots in use come to more than the limit of "
+              "5000000 JSON values");
+}
+
+TEST(SceneLimits, NumbersAreKeptToTheLastBit)
+{
+    const std::vector<std::pair<const char*, double>> kNumbers{
+        {"1e9", 1e9},
+        {"-1000000000", -1e9},
+        {"-0.0", -0.0},
+        {"4.9406564584124654e-324", std::numeric_limits<double>::denorm_min()},
+        {"2.2250738585072011e-308", 0x0.fffffffffffffp-1022},
+        {"1e-400", 0.0},
+        {"0.30000000000000004", 0x1.3333333333334p-2},
+        {"123456789.12345678", 0x1.d6f34547e6b74p+26},
+        {"999999999.99999994", 0x1.dcd64ffffffffp+29}};
+    for (const auto& [text, expected] : kNumbers) {
+        const project scene =
+            Load(Scene(Solid(fmt::format(R"("ks":{{"r":{{"k":{}}}}})", text)))).scene;
+        const double read = scene.compositions[0].layers[0].transform.rotation.constant.at(0);
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(read), std::bit_cast<std::uint64_t>(expected))
+            << text;
+    }
+    for (const char* text : {"1000000000.0000001", "-1e10", "1e308", "99999999999999999999"}) {
+        EXPECT_TRUE(LoadError(Scene(Solid(fmt::format(R"("st":{})", text))))
+                        .ends_with("is beyond the limit of 1e9"))
+            << text;
+    }
+}
+
+TEST(SceneLimits, OfEqualKeysTheLastCounts)
+{
+    const project scene =
+        Load(Scene(Solid(R"("ty":9,"ks":{"r":{"k":1},"r":{"k":2}},"nm":"a","nm":"b","ty":1)")))
+            .scene;
+    const layer& l = scene.compositions[0].layers[0];
+    EXPECT_EQ(l.type, layerType::solid);
+    EXPECT_EQ(l.name, "b");
+    EXPECT_EQ(l.transform.rotation.constant, std::vector{2.0});
+}
+
+TEST(SceneLimits, HugeTextsLoadButAreNotRepeated)
+{
+    const std::string huge(std::size_t{20} << 20, 'x');
+    EXPECT_EQ(
+        Load(Scene(Solid(fmt::format(R"("nm":"{}")", huge)))).scene.compositions[0].layers[0].name,
+        huge);
+    for (const std::string& scene :
+         {Scene(Solid(fmt::format(R"("nm":5,"{}":1)", huge))),
+          Scene(Solid(fmt::format(R"("ip":"{}")", huge))),
+          Scene("", fmt::format(R"("kal":{{"{}":1e9999}})", huge)),
+          Scene("", fmt::format(R"("kal":{{"depth":{}1}})", std::string(1 << 20, '1'))),
+          fmt::format(R"({{"fr":"{})", huge), huge}) {
+        const std::string error = LoadError(scene);
+        EXPECT_NE(error, "loaded");
+        EXPECT_LT(error.size(), 1000U) << error.substr(0, 1000);
+    }
 }
 
 std::string Showing(const std::string& id)
