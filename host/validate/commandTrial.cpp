@@ -13,6 +13,7 @@ namespace orv {
 namespace {
 
 constexpr std::array kInstanceCommands{
+    triedCommand{"ABOUT", PF_Cmd_ABOUT},
     triedCommand{"SEQUENCE_SETUP", PF_Cmd_SEQUENCE_SETUP},
     triedCommand{"SEQUENCE_RESETUP", PF_Cmd_SEQUENCE_RESETUP},
     triedCommand{"SEQUENCE_RESETUP from elsewhere", PF_Cmd_SEQUENCE_RESETUP, oldRecord::foreign},

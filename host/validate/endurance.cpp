@@ -64,6 +64,23 @@ void ManyInstances(const testSetting& setting, Checks& checks)
     bench.host().Close();
 }
 
+/// What a frame that ends early leaves of its own memory and of GL, no ledger of the host tells.
+void ManyFailures(const testSetting& setting, Checks& checks)
+{
+    ValidationBench bench(setting.module, TrialOptions());
+    CommandTrial frame(bench, checks, EverythingSketch(bench.declaration()), kTriedRender);
+    if (!frame.Learn()) return;
+    constexpr std::int64_t kStride = 97;  // far apart, and all in the end
+    CheckFlat(checks, "frames that fail", setting.full ? 1000 : 150, [&](int step) {
+        const std::int64_t call = 1 + step * kStride % frame.calls();
+        (void)frame.Try({.failOn = call, .failedCall = {}, .missingSuite = {}});
+        if (frame.abortChecks() == 0) return;
+        const std::int64_t check = 1 + step % frame.abortChecks();
+        (void)frame.Try({.failedCall = {}, .abortOn = check, .missingSuite = {}});
+    });
+    bench.host().Close();
+}
+
 /// GL drivers keep a little of every context for good.
 constexpr growthLimits kSetUpLimits{
     .heapSettles = false, .heapBytes = 1 << 18, .residentBytes = 64 << 20};
@@ -157,6 +174,8 @@ constexpr std::array kTests{
                    60, 60, CallersContext},
     validationTest{"endurance.frames", 9, "Memory and GL objects stay flat over many frames", 120,
                    600, ManyFrames},
+    validationTest{"endurance.failures", 9, "The same over frames that fail or are stopped", 180,
+                   900, ManyFailures},
     validationTest{"endurance.sizes", 9, "The same while sizes and depths change", 120, 600,
                    ManySizes},
     validationTest{"endurance.instances", 9, "The same over many instances", 120, 600,
