@@ -73,6 +73,7 @@ protected:
                    folder_.path());
         const bool there = fs::exists(folder_.path() / "f.png");
         const bool stopped = result.err.find("; stopped") != std::string::npos;
+        if (stopped) fmt::print("{}: {}", which, result.err);
         ++outcomes_[stopped ? "stopped" : fmt::format("exit code {}", result.code)];
         if (IsDocumented(result.code) && !TellsOfACrash(result.err) &&
             there == (result.code == 0) && (there || !result.err.empty()))
