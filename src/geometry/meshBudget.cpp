@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 #include "geometry/records.h"
 
@@ -28,6 +29,10 @@ std::uint64_t MeshByteLimit()
 
 std::uint64_t cellCounts::bytes() const
 {
+    // Far above any limit, the sum would wrap around.
+    constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+    constexpr std::uint64_t kMany = kMost / (2 * kBytesPerDrawnCell);
+    if (base + wall > kMany || drawn > kMany) return kMost;
     return (base + wall) * sizeof(quad) + drawn * kBytesPerDrawnCell;
 }
 
@@ -50,7 +55,7 @@ PF_Err CheckMeshBudget(const cellCounts& counts, std::string& reason)
     const std::uint64_t bytes = counts.bytes();
     if (bytes <= limit) return PF_Err_NONE;
     reason = "The mesh would have " + std::to_string(counts.drawn) + " cells (" +
-             std::to_string((bytes + kMiB - 1) / kMiB) + " MiB); the limit is " +
+             std::to_string(bytes / kMiB + (bytes % kMiB != 0 ? 1 : 0)) + " MiB); the limit is " +
              std::to_string(limit / kMiB) + " MiB.";
     return PF_Err_OUT_OF_MEMORY;
 }

@@ -18,11 +18,12 @@ struct cellCounts {
     std::uint64_t wall = 0;   ///< steps of the contour
     std::uint64_t drawn = 0;  ///< strips of both, and slices
 
-    /// Of all lists that hold cells at once, sorting included.
+    /// Of all lists that hold cells at once, sorting included; the largest number there is for what
+    /// no number holds.
     [[nodiscard]] std::uint64_t bytes() const;
 };
 
-/// `outlineSamples` below 1e9.
+/// `outlineSamples` at most 1e13.
 cellCounts CountCells(int steps, std::uint64_t outlineSamples, const meshSettings& settings);
 
 /// PF_Err_OUT_OF_MEMORY when the cells would pass the limit, with count and limit in `reason`.

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "geometry/extrusion.h"
@@ -209,6 +210,18 @@ frameShape ShapeWithContour()
     shape.contour.pathPos = {0, 0.5, 1};
     shape.contour.tex = {{0, 0, 8}, {10, 0, 8}, {20, 0, 8}};
     return shape;
+}
+
+TEST(DrawList, CountsThatNoNumberHoldsAreStillTooLarge)
+{
+    meshSettings settings = Extruded(4.0, kMostLayers);
+    settings.subSampling = kMostStrips;
+    std::string reason;
+    for (const std::uint64_t outlineSamples : {0ULL, 100'000'000ULL, 10'000'000'000'000ULL}) {
+        const cellCounts counts = CountCells(4097, outlineSamples, settings);
+        EXPECT_EQ(CheckMeshBudget(counts, reason), PF_Err_OUT_OF_MEMORY) << outlineSamples;
+        EXPECT_GE(counts.bytes(), counts.drawn);
+    }
 }
 
 TEST(DrawList, HoldsStripsSlicesAndWallNearestFirst)
