@@ -2,12 +2,12 @@
 // frame to frame, and no picture may show it.
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "module/rig.h"
+#include "support/caseName.h"
 
 namespace orv::test {
 namespace {
@@ -70,10 +70,6 @@ struct orderCase {
     std::vector<int> sources, backs, timeModes;
     std::string constants;
 };
-void PrintTo(const orderCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 class FrameOrder : public testing::TestWithParam<orderCase> {};
 
 /// What decides which image is in which texture jumps about.
@@ -107,13 +103,11 @@ TEST_P(FrameOrder, NeverChangesAPicture)
             << "frame " << t << ", render " << render;
     }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Scenes, FrameOrder,
-    testing::Values(orderCase{"Faces", 8, {2, 3, 4}, {0, 3, 4}, {1}, ""},
-                    orderCase{"CroppedFaces", 16, {2, 3}, {0, 2, 3}, {1}, Value(9, "20")},
-                    orderCase{"Times", 8, {5}, {0, 5}, {1, 2}, ""},
-                    orderCase{"OwnLayer", 8, {0, 2}, {0, 5}, {1, 2}, Value(10, "30")}),
-    [](const auto& each) { return std::string(each.param.name); });
+const orderCase kScenes[] = {{"Faces", 8, {2, 3, 4}, {0, 3, 4}, {1}, ""},
+                             {"CroppedFaces", 16, {2, 3}, {0, 2, 3}, {1}, Value(9, "20")},
+                             {"Times", 8, {5}, {0, 5}, {1, 2}, ""},
+                             {"OwnLayer", 8, {0, 2}, {0, 5}, {1, 2}, Value(10, "30")}};
+INSTANTIATE_TEST_SUITE_P(Scenes, FrameOrder, testing::ValuesIn(kScenes), caseName{});
 
 /// A way to end a frame early: at the k-th of the calls that `made` counts.
 struct endingCase {
@@ -122,10 +116,6 @@ struct endingCase {
     std::int64_t callGate::*made;
     int endsAtLeast;
 };
-void PrintTo(const endingCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 class EarlyEnds : public testing::TestWithParam<endingCase> {};
 
 TEST_P(EarlyEnds, LeaveTheNextFramesRight)
@@ -162,10 +152,8 @@ TEST_P(EarlyEnds, LeaveTheNextFramesRight)
     }
     EXPECT_GE(ends, c.endsAtLeast);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Ways, EarlyEnds,
-    testing::Values(endingCase{"FailingCalls", &callGate::failOn, &callGate::made, 50},
-                    endingCase{"Aborts", &callGate::abortOn, &callGate::abortChecks, 6}),
-    [](const auto& each) { return std::string(each.param.name); });
+const endingCase kWays[] = {{"FailingCalls", &callGate::failOn, &callGate::made, 50},
+                            {"Aborts", &callGate::abortOn, &callGate::abortChecks, 6}};
+INSTANTIATE_TEST_SUITE_P(Ways, EarlyEnds, testing::ValuesIn(kWays), caseName{});
 
 }  // namespace orv::test

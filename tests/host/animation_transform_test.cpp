@@ -2,12 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <string>
 #include <vector>
 
 #include "animation/evaluate.h"
 #include "animation/rotation.h"
 #include "animation/ticks.h"
+#include "support/caseName.h"
 
 namespace orv::test {
 namespace {
@@ -87,10 +87,6 @@ struct mixCase {
     double fraction;
     vec3 expected;
 };
-void PrintTo(const mixCase& each, std::ostream* out)
-{
-    *out << each.name;
-}
 class MixedOrientation : public testing::TestWithParam<mixCase> {};
 
 TEST_P(MixedOrientation, IsTheExpectedRotation)
@@ -101,17 +97,15 @@ TEST_P(MixedOrientation, IsTheExpectedRotation)
     for (std::size_t row = 0; row < 3; ++row) ExpectPoint(Row(actual, row), Row(expected, row));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Arcs, MixedOrientation,
-    testing::Values(mixCase{"AboutOneAxis", {0, 0, 10}, {0, 0, 50}, 0.25, {0, 0, 20}},
-                    // 350 to 10 goes through 0, not through 180.
-                    mixCase{"ShorterArc", {350, 0, 0}, {10, 0, 0}, 0.5, {0, 0, 0}},
-                    mixCase{"BeyondTheEnd", {0, 20, 0}, {0, 40, 0}, 1.5, {0, 50, 0}},
-                    mixCase{"BeforeTheStart", {0, 20, 0}, {0, 40, 0}, -0.5, {0, 10, 0}},
-                    mixCase{"ThroughAStraightUpView", {0, 80, 0}, {0, 100, 0}, 0.5, {0, 90, 0}},
-                    mixCase{"SameRotation", {0, 0, 360}, {0, 0, 0}, 0.5, {0, 0, 0}},
-                    mixCase{"EndAsWritten", {90, 0, 0}, {0, 0, 450}, 1.0, {0, 0, 450}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const mixCase kArcs[] = {{"AboutOneAxis", {0, 0, 10}, {0, 0, 50}, 0.25, {0, 0, 20}},
+                         // 350 to 10 goes through 0, not through 180.
+                         {"ShorterArc", {350, 0, 0}, {10, 0, 0}, 0.5, {0, 0, 0}},
+                         {"BeyondTheEnd", {0, 20, 0}, {0, 40, 0}, 1.5, {0, 50, 0}},
+                         {"BeforeTheStart", {0, 20, 0}, {0, 40, 0}, -0.5, {0, 10, 0}},
+                         {"ThroughAStraightUpView", {0, 80, 0}, {0, 100, 0}, 0.5, {0, 90, 0}},
+                         {"SameRotation", {0, 0, 360}, {0, 0, 0}, 0.5, {0, 0, 0}},
+                         {"EndAsWritten", {90, 0, 0}, {0, 0, 450}, 1.0, {0, 0, 450}}};
+INSTANTIATE_TEST_SUITE_P(Arcs, MixedOrientation, testing::ValuesIn(kArcs), caseName{});
 
 TEST(MixedOrientations, TurnAtAnEvenRateAboutAFixedAxis)
 {
@@ -304,10 +298,6 @@ struct tickCase {
     double frameRate;
     tickRate ticks;
 };
-void PrintTo(const tickCase& each, std::ostream* out)
-{
-    *out << each.name;
-}
 class Ticks : public testing::TestWithParam<tickCase> {};
 
 TEST_P(Ticks, OfAFrameAndASecond)
@@ -315,16 +305,12 @@ TEST_P(Ticks, OfAFrameAndASecond)
     EXPECT_EQ(TickRateOf(GetParam().frameRate), GetParam().ticks);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rates, Ticks,
-                         testing::Values(tickCase{"Pal", 25, {512, 12800}},
-                                         tickCase{"NearlyWhole", 29.99995, {512, 15360}},
-                                         tickCase{"Ntsc", 29.97, {1001, 30000}},
-                                         tickCase{"NtscExact", 30000.0 / 1001, {1001, 30000}},
-                                         tickCase{"NtscFilm", 23.976, {1001, 24000}},
-                                         tickCase{"NtscDouble", 59.94, {1001, 60000}},
-                                         tickCase{"Odd", 30.5, {1000, 30500}},
-                                         tickCase{"Slow", 0.0001, {1000, 1}}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const tickCase kRates[] = {
+    {"Pal", 25, {512, 12800}},           {"NearlyWhole", 29.99995, {512, 15360}},
+    {"Ntsc", 29.97, {1001, 30000}},      {"NtscExact", 30000.0 / 1001, {1001, 30000}},
+    {"NtscFilm", 23.976, {1001, 24000}}, {"NtscDouble", 59.94, {1001, 60000}},
+    {"Odd", 30.5, {1000, 30500}},        {"Slow", 0.0001, {1000, 1}}};
+INSTANTIATE_TEST_SUITE_P(Rates, Ticks, testing::ValuesIn(kRates), caseName{});
 
 TEST(Ticks, RoundToTheNearestAndKeepTheCommandsExactInstant)
 {

@@ -3,13 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <string>
 #include <vector>
 
 #include "animation/easing.h"
 #include "animation/evaluate.h"
 #include "animation/spatialPath.h"
+#include "support/caseName.h"
 
 namespace orv::test {
 namespace {
@@ -31,10 +30,6 @@ struct easeCase {
     easeHandle out, in;
     double p, fraction;
 };
-void PrintTo(const easeCase& each, std::ostream* out)
-{
-    *out << each.name;
-}
 class Easing : public testing::TestWithParam<easeCase> {};
 
 TEST_P(Easing, GivesTheHandWorkedFraction)
@@ -44,26 +39,24 @@ TEST_P(Easing, GivesTheHandWorkedFraction)
 }
 
 // With X(u) = 3u(1-u)^2 ox + 3u^2(1-u) ix + u^3 the p below are the X of the u in the comments.
-INSTANTIATE_TEST_SUITE_P(
-    Curves, Easing,
-    testing::Values(
-        // Symmetric, so the middle is the middle.
-        easeCase{"SymmetricMiddle", {{0.333}, {0}}, {{0.667}, {1}}, 0.5, 0.5},
-        // u = 1/2: X = 3/8 * 0.2 + 3/8 * 0.4 + 1/8 = 0.35, Y = 3/8 * 0.6 + 3/8 * 1 + 1/8 = 0.725
-        easeCase{"Asymmetric", {{0.2}, {0.6}}, {{0.4}, {1}}, 0.35, 0.725},
-        // u = 1/4: X = 27/64 * 1/3 + 9/64 * 2/3 + 1/64 = 1/4; Y = 9/64 * 1 + 1/64 = 10/64
-        easeCase{"EaseInOut", {{1.0 / 3}, {0}}, {{2.0 / 3}, {1}}, 0.25, 10.0 / 64},
-        // The same x; Y at u = 1/2 with handles 3 and -1: 3/8 * 3 - 3/8 + 1/8 = 0.875
-        easeCase{"OvershootingHandles", {{1.0 / 3}, {3}}, {{2.0 / 3}, {-1}}, 0.5, 0.875},
-        // Y beyond 1: handles 0 and 3 at u = 3/4: 27/64 * 3 + 27/64 = 108/64
-        easeCase{"LeavesTheRange", {{1.0 / 3}, {0}}, {{2.0 / 3}, {3}}, 0.75, 108.0 / 64},
-        // Flat in the middle: X' (1/2) = 0. u = 1/2 gives X = 3/8 + 1/8 = 1/2 and Y = 1/8.
-        easeCase{"VerticalTangent", {{1}, {0}}, {{0}, {0}}, 0.5, 0.125},
-        easeCase{"AtTheStart", {{0.9}, {0}}, {{0.1}, {1}}, 0, 0},
-        easeCase{"AtTheEnd", {{0.9}, {0}}, {{0.1}, {1}}, 1, 1},
-        easeCase{"DiagonalHandlesAreLinear", {{0.4}, {0.4}}, {{0.9}, {0.9}}, 0.3, 0.3},
-        easeCase{"MissingHandleIsLinear", {}, {{0.1}, {1}}, 0.3, 0.3}),
-    [](const auto& each) { return std::string(each.param.name); });
+const easeCase kCurves[] = {
+    // Symmetric, so the middle is the middle.
+    {"SymmetricMiddle", {{0.333}, {0}}, {{0.667}, {1}}, 0.5, 0.5},
+    // u = 1/2: X = 3/8 * 0.2 + 3/8 * 0.4 + 1/8 = 0.35, Y = 3/8 * 0.6 + 3/8 * 1 + 1/8 = 0.725
+    {"Asymmetric", {{0.2}, {0.6}}, {{0.4}, {1}}, 0.35, 0.725},
+    // u = 1/4: X = 27/64 * 1/3 + 9/64 * 2/3 + 1/64 = 1/4; Y = 9/64 * 1 + 1/64 = 10/64
+    {"EaseInOut", {{1.0 / 3}, {0}}, {{2.0 / 3}, {1}}, 0.25, 10.0 / 64},
+    // The same x; Y at u = 1/2 with handles 3 and -1: 3/8 * 3 - 3/8 + 1/8 = 0.875
+    {"OvershootingHandles", {{1.0 / 3}, {3}}, {{2.0 / 3}, {-1}}, 0.5, 0.875},
+    // Y beyond 1: handles 0 and 3 at u = 3/4: 27/64 * 3 + 27/64 = 108/64
+    {"LeavesTheRange", {{1.0 / 3}, {0}}, {{2.0 / 3}, {3}}, 0.75, 108.0 / 64},
+    // Flat in the middle: X' (1/2) = 0. u = 1/2 gives X = 3/8 + 1/8 = 1/2 and Y = 1/8.
+    {"VerticalTangent", {{1}, {0}}, {{0}, {0}}, 0.5, 0.125},
+    {"AtTheStart", {{0.9}, {0}}, {{0.1}, {1}}, 0, 0},
+    {"AtTheEnd", {{0.9}, {0}}, {{0.1}, {1}}, 1, 1},
+    {"DiagonalHandlesAreLinear", {{0.4}, {0.4}}, {{0.9}, {0.9}}, 0.3, 0.3},
+    {"MissingHandleIsLinear", {}, {{0.1}, {1}}, 0.3, 0.3}};
+INSTANTIATE_TEST_SUITE_P(Curves, Easing, testing::ValuesIn(kCurves), caseName{});
 
 TEST(Easing, IsSolvedToTheToleranceOverTheWholeRange)
 {
@@ -179,10 +172,6 @@ struct curveCase {
     const char* name;
     spatialCurve curve;
 };
-void PrintTo(const curveCase& each, std::ostream* out)
-{
-    *out << each.name;
-}
 class SpatialCurve : public testing::TestWithParam<curveCase> {};
 
 TEST_P(SpatialCurve, AgreesWithManyChords)
@@ -194,15 +183,14 @@ TEST_P(SpatialCurve, AgreesWithManyChords)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Curves, SpatialCurve,
-    testing::Values(curveCase{"Arch", {{0, 0}, {0, 400}, {600, 400}, {600, 0}}},
-                    curveCase{"Spatial", {{0, 0, 0}, {100, 0, 900}, {-300, 50, 0}, {5, 800, -70}}},
-                    // The controls cross so that the curve comes to a stop and turns back.
-                    curveCase{"Cusp", {{0, 0}, {300, 300}, {0, 300}, {300, 0}}},
-                    curveCase{"OutAndBack", {{0, 0}, {900, 0}, {-300, 0}, {500, 0}}},
-                    curveCase{"StillStart", {{0, 0}, {0, 0}, {400, 300}, {500, 0}}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const curveCase kSpatialCurveCurves[] = {
+    {"Arch", {{0, 0}, {0, 400}, {600, 400}, {600, 0}}},
+    {"Spatial", {{0, 0, 0}, {100, 0, 900}, {-300, 50, 0}, {5, 800, -70}}},
+    // The controls cross so that the curve comes to a stop and turns back.
+    {"Cusp", {{0, 0}, {300, 300}, {0, 300}, {300, 0}}},
+    {"OutAndBack", {{0, 0}, {900, 0}, {-300, 0}, {500, 0}}},
+    {"StillStart", {{0, 0}, {0, 0}, {400, 300}, {500, 0}}}};
+INSTANTIATE_TEST_SUITE_P(Curves, SpatialCurve, testing::ValuesIn(kSpatialCurveCurves), caseName{});
 
 TEST(SpatialCurve, GoesOnStraightBeyondItsEnds)
 {

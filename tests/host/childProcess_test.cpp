@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "image/childProcess.h"
+#include "support/caseName.h"
 
 namespace orv {
 namespace {
@@ -44,14 +45,12 @@ TEST_P(ChildEnd, IsToldAndNothingOfTheGroupStays)
     if (program.Output().empty()) return;  // stopped before it could start one
     EXPECT_TRUE(IsGone(std::stoi(program.Output())));
 }
-INSTANTIATE_TEST_SUITE_P(
-    Ends, ChildEnd,
-    testing::Values(
-        endCase{"Well", "exit 0", minutes(1), {}},
-        endCase{"WithCode", "exit 7", minutes(1), {.exitCode = 7}},
-        endCase{"BySignal", "kill -SEGV $$", minutes(1), {.signal = SIGSEGV}},
-        endCase{"TooLate", "wait", milliseconds(300), {.timedOut = true, .signal = SIGKILL}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const endCase kEnds[] = {
+    {"Well", "exit 0", minutes(1), {}},
+    {"WithCode", "exit 7", minutes(1), {.exitCode = 7}},
+    {"BySignal", "kill -SEGV $$", minutes(1), {.signal = SIGSEGV}},
+    {"TooLate", "wait", milliseconds(300), {.timedOut = true, .signal = SIGKILL}}};
+INSTANTIATE_TEST_SUITE_P(Ends, ChildEnd, testing::ValuesIn(kEnds), caseName{});
 
 TEST(SignalNames, AreThoseOfTheShell)
 {

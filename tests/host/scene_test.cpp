@@ -13,6 +13,7 @@
 
 #include "host/sceneFixture.h"
 #include "image/imageFile.h"
+#include "support/caseName.h"
 #include "support/tempFolder.h"
 
 namespace orv::test {
@@ -108,10 +109,6 @@ struct blurCase {
     bool mainOn, innerOn;
     double innerAngle;
 };
-void PrintTo(const blurCase& each, std::ostream* out)
-{
-    *out << each.name;
-}
 class MotionBlurSwitch : public testing::TestWithParam<blurCase> {};
 
 TEST_P(MotionBlurSwitch, IsInheritedUnlessSaidOtherwise)
@@ -122,19 +119,14 @@ TEST_P(MotionBlurSwitch, IsInheritedUnlessSaidOtherwise)
     EXPECT_EQ(scene.compositions.at(1).motionBlur.shutterAngle, GetParam().innerAngle);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Scenes, MotionBlurSwitch,
-    testing::Values(
-        blurCase{"Nowhere", R"("assets":[{"id":"a","layers":[]}])", false, false, 180},
-        blurCase{"Inherited", R"("mb":{"sa":90},"assets":[{"id":"a","layers":[]}])", true, true,
-                 90},
-        blurCase{"Own", R"("assets":[{"id":"a","layers":[],"mb":{"sa":45}}])", false, true, 45},
-        blurCase{"ForcedOff",
-                 R"("kal":{"motionBlur":false},"mb":{},"assets":[{"id":"a","layers":[],"mb":{}}])",
-                 false, false, 180},
-        blurCase{"ForcedOn", R"("kal":{"motionBlur":1},"assets":[{"id":"a","layers":[]}])", true,
-                 true, 180}),
-    [](const auto& each) { return std::string(each.param.name); });
+const blurCase kScenes[] = {
+    {"Nowhere", R"("assets":[{"id":"a","layers":[]}])", false, false, 180},
+    {"Inherited", R"("mb":{"sa":90},"assets":[{"id":"a","layers":[]}])", true, true, 90},
+    {"Own", R"("assets":[{"id":"a","layers":[],"mb":{"sa":45}}])", false, true, 45},
+    {"ForcedOff", R"("kal":{"motionBlur":false},"mb":{},"assets":[{"id":"a","layers":[],"mb":{}}])",
+     false, false, 180},
+    {"ForcedOn", R"("kal":{"motionBlur":1},"assets":[{"id":"a","layers":[]}])", true, true, 180}};
+INSTANTIATE_TEST_SUITE_P(Scenes, MotionBlurSwitch, testing::ValuesIn(kScenes), caseName{});
 
 const layer& OnlyLayer(const loadedScene& loaded)
 {
@@ -186,10 +178,6 @@ struct valueCase {
     int index;
     numbers value;
 };
-void PrintTo(const valueCase& each, std::ostream* out)
-{
-    *out << each.name;
-}
 class EffectValue : public testing::TestWithParam<valueCase> {};
 
 TEST_P(EffectValue, IsResolvedAndComplete)
@@ -203,29 +191,26 @@ TEST_P(EffectValue, IsResolvedAndComplete)
     EXPECT_EQ(shown.values.at(GetParam().index).constant, GetParam().value);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, EffectValue,
-    testing::Values(
-        valueCase{"ByIndex", R"({"ix":32,"v":{"k":5}})", 32, {5}},
-        valueCase{"ByMatchName", R"({"mn":"KAL_Orv-0005","nm":"Mask","v":{"k":5}})", 32, {5}},
-        valueCase{"ByName", R"({"nm":"Start point","v":{"k":[5]}})", 32, {5}},
-        valueCase{"EmptyEntryIsSkipped", R"({},{"ix":32,"v":{"k":5}})", 32, {5}},
-        valueCase{"GroupsHaveNone", R"({"ix":1,"v":0},{"ix":27},{"ix":32,"v":{"k":5}})", 32, {5}},
-        valueCase{"AtTheSinglePrecisionLimit", R"({"ix":250,"v":{"k":0.1}})", 250, {0.1}},
-        valueCase{"SeveralTurns", R"({"ix":19,"v":{"k":-1085.5}})", 19, {-1085.5}},
-        valueCase{"PopupIsRounded", R"({"ix":279,"v":{"k":1.6}})", 279, {2}},
-        valueCase{"CheckboxTakesTrue", R"({"ix":35,"v":{"k":true}})", 35, {1}},
-        valueCase{"ColourWithoutAlpha", R"({"ix":254,"v":{"k":[0,0.5,1]}})", 254, {0, 0.5, 1, 1}},
-        // The solid is 20 x 10 and without depth.
-        valueCase{"PointIsCompleted", R"({"ix":269,"v":{"k":[3]}})", 269, {3, 5, 0}},
-        valueCase{"LayerByInd", R"({"ix":2,"v":{"k":9}})", 2, {2}},
-        valueCase{"NoLayer", R"({"ix":2,"v":{"k":0}})", 2, {0}},
-        valueCase{"MaskByPosition", R"({"ix":29,"v":{"k":2}})", 29, {2}},
-        valueCase{"MaskNameWins", R"({"ix":29,"v":{"k":1},"kal":{"mask":"b"}})", 29, {2}},
-        valueCase{"MaskNameAlone", R"({"ix":29,"kal":{"mask":"a"}})", 29, {1}},
-        valueCase{
-            "SingleKeyWhereNothingMayVary", R"({"ix":18,"v":{"k":[{"t":0,"s":[7]}]}})", 18, {7}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const valueCase kKinds[] = {
+    {"ByIndex", R"({"ix":32,"v":{"k":5}})", 32, {5}},
+    {"ByMatchName", R"({"mn":"KAL_Orv-0005","nm":"Mask","v":{"k":5}})", 32, {5}},
+    {"ByName", R"({"nm":"Start point","v":{"k":[5]}})", 32, {5}},
+    {"EmptyEntryIsSkipped", R"({},{"ix":32,"v":{"k":5}})", 32, {5}},
+    {"GroupsHaveNone", R"({"ix":1,"v":0},{"ix":27},{"ix":32,"v":{"k":5}})", 32, {5}},
+    {"AtTheSinglePrecisionLimit", R"({"ix":250,"v":{"k":0.1}})", 250, {0.1}},
+    {"SeveralTurns", R"({"ix":19,"v":{"k":-1085.5}})", 19, {-1085.5}},
+    {"PopupIsRounded", R"({"ix":279,"v":{"k":1.6}})", 279, {2}},
+    {"CheckboxTakesTrue", R"({"ix":35,"v":{"k":true}})", 35, {1}},
+    {"ColourWithoutAlpha", R"({"ix":254,"v":{"k":[0,0.5,1]}})", 254, {0, 0.5, 1, 1}},
+    // The solid is 20 x 10 and without depth.
+    {"PointIsCompleted", R"({"ix":269,"v":{"k":[3]}})", 269, {3, 5, 0}},
+    {"LayerByInd", R"({"ix":2,"v":{"k":9}})", 2, {2}},
+    {"NoLayer", R"({"ix":2,"v":{"k":0}})", 2, {0}},
+    {"MaskByPosition", R"({"ix":29,"v":{"k":2}})", 29, {2}},
+    {"MaskNameWins", R"({"ix":29,"v":{"k":1},"kal":{"mask":"b"}})", 29, {2}},
+    {"MaskNameAlone", R"({"ix":29,"kal":{"mask":"a"}})", 29, {1}},
+    {"SingleKeyWhereNothingMayVary", R"({"ix":18,"v":{"k":[{"t":0,"s":[7]}]}})", 18, {7}}};
+INSTANTIATE_TEST_SUITE_P(Kinds, EffectValue, testing::ValuesIn(kKinds), caseName{});
 
 TEST(EffectValues, ThatCannotBeMixedHold)
 {

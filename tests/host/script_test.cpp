@@ -1,5 +1,6 @@
 // Scripts in their own process: what they see, what they change, and how they are stopped.
 #include "script/scriptProcess.h"
+#include "support/caseName.h"
 
 #include <gtest/gtest.h>
 
@@ -105,26 +106,22 @@ TEST_P(ScriptSees, TheProject)
     EXPECT_EQ(outcome.end, scriptEnd::failed);
     EXPECT_EQ(outcome.message, GetParam().expected);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Expressions, ScriptSees,
-    testing::Values(
-        sightCase{"Items", "p.numItems", "3"},
-        sightCase{"PicturesAreNoCompositions", "p.item(3) instanceof CompItem", "false"},
-        sightCase{"Layers", "p.item(1).numLayers + ',' + p.item(2).numLayers", "2,1"},
-        sightCase{"EmptyLayer", "p.item(1).layer(2).Effects.numProperties", "0"},
-        sightCase{"HostGroupIsLast", "fx.property(2).numProperties", "6"},
-        sightCase{"ForeignEffect", "fx.property(1).matchName + fx.property(1).numProperties",
-                  "other1"},
-        sightCase{"ParameterName", "fx.property(2).property(5).matchName", "KAL_Orv-0105"},
-        sightCase{"Number", "fx.property(2).property(1).value", "2.5"},
-        sightCase{"List", "fx.property(2).property(2).value", "1,0,0,1"},
-        sightCase{"Group", "fx.property(2).property(4).value", "undefined"},
-        sightCase{"PositionZero", "(function () { try { p.item(0); } catch (e) { return e; } })()",
-                  "RangeError: item 0 is not one of 1 to 3"},
-        sightCase{"NothingOutside",
-                  "[typeof require, typeof print, typeof File, typeof system, typeof process]",
-                  "undefined,undefined,undefined,undefined,undefined"}),
-    [](const auto& each) { return std::string(each.param.name); });
+const sightCase kExpressions[] = {
+    {"Items", "p.numItems", "3"},
+    {"PicturesAreNoCompositions", "p.item(3) instanceof CompItem", "false"},
+    {"Layers", "p.item(1).numLayers + ',' + p.item(2).numLayers", "2,1"},
+    {"EmptyLayer", "p.item(1).layer(2).Effects.numProperties", "0"},
+    {"HostGroupIsLast", "fx.property(2).numProperties", "6"},
+    {"ForeignEffect", "fx.property(1).matchName + fx.property(1).numProperties", "other1"},
+    {"ParameterName", "fx.property(2).property(5).matchName", "KAL_Orv-0105"},
+    {"Number", "fx.property(2).property(1).value", "2.5"},
+    {"List", "fx.property(2).property(2).value", "1,0,0,1"},
+    {"Group", "fx.property(2).property(4).value", "undefined"},
+    {"PositionZero", "(function () { try { p.item(0); } catch (e) { return e; } })()",
+     "RangeError: item 0 is not one of 1 to 3"},
+    {"NothingOutside", "[typeof require, typeof print, typeof File, typeof system, typeof process]",
+     "undefined,undefined,undefined,undefined,undefined"}};
+INSTANTIATE_TEST_SUITE_P(Expressions, ScriptSees, testing::ValuesIn(kExpressions), caseName{});
 
 struct refusalCase {
     const char* name;
@@ -145,20 +142,15 @@ TEST_P(SetValue, RefusesWhatAParameterCannotHold)
     EXPECT_EQ(outcome.message, GetParam().message);
     EXPECT_TRUE(outcome.assignments.empty());
 }
-INSTANTIATE_TEST_SUITE_P(
-    Statements, SetValue,
-    testing::Values(
-        refusalCase{"OutOfRange", "g.property(1).setValue(11)",
-                    "RangeError: 11 is outside -10 to 10"},
-        refusalCase{"NoNumber", "g.property(1).setValue('x')",
-                    "TypeError: a value must be a number, a switch or a list of numbers"},
-        refusalCase{"WrongCount", "g.property(2).setValue([1, 1])",
-                    "TypeError: the value needs 4 numbers"},
-        refusalCase{"NoSuchMask", "f.property(3).setValue(3)", "RangeError: 3 is outside 0 to 2"},
-        refusalCase{"KeyFrames", "f.property(1).setValue(3)",
-                    "TypeError: a value with key frames cannot be set"},
-        refusalCase{"Group", "f.property(4).setValue(1)", "TypeError: a group has no value"}),
-    [](const auto& each) { return std::string(each.param.name); });
+const refusalCase kStatements[] = {
+    {"OutOfRange", "g.property(1).setValue(11)", "RangeError: 11 is outside -10 to 10"},
+    {"NoNumber", "g.property(1).setValue('x')",
+     "TypeError: a value must be a number, a switch or a list of numbers"},
+    {"WrongCount", "g.property(2).setValue([1, 1])", "TypeError: the value needs 4 numbers"},
+    {"NoSuchMask", "f.property(3).setValue(3)", "RangeError: 3 is outside 0 to 2"},
+    {"KeyFrames", "f.property(1).setValue(3)", "TypeError: a value with key frames cannot be set"},
+    {"Group", "f.property(4).setValue(1)", "TypeError: a group has no value"}};
+INSTANTIATE_TEST_SUITE_P(Statements, SetValue, testing::ValuesIn(kStatements), caseName{});
 
 TEST(Script, KeepsWhatWasSetBeforeAnErrorAndReadsItBack)
 {

@@ -1,13 +1,10 @@
 // The example scenes: every parameter is put to use in one of them, every value that they set can
 // be seen, and their pictures stay as they are. At a quarter of their size.
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
-#include <ostream>
 #include <set>
 #include <string>
 #include <vector>
@@ -18,6 +15,7 @@
 #include "plugin/pluginEffectRunner.h"
 #include "plugin/pluginHost.h"
 #include "scene/loader.h"
+#include "support/caseName.h"
 #include "support/golden.h"
 
 namespace orv::test {
@@ -33,10 +31,6 @@ struct exampleCase {
     std::array<int, 2> frames;
     std::vector<int> goldenDepths = {8};
 };
-void PrintTo(const exampleCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 
 const std::vector<exampleCase>& Examples()
 {
@@ -199,8 +193,7 @@ TEST_P(ExampleScenes, LookAlikeInBothSizes)
     EXPECT_LT(difference.shareAbove, 0.03);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, ExampleScenes, testing::ValuesIn(Examples()),
-                         [](const auto& each) { return std::string(each.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, ExampleScenes, testing::ValuesIn(Examples()), caseName{});
 
 TEST(Examples, AreAllKnownHere)
 {

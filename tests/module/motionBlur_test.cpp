@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 
 #include "module/rig.h"
+#include "support/caseName.h"
 
 namespace orv::test {
 namespace {
@@ -83,10 +84,6 @@ struct blurCase {
         return times;
     }
 };
-void PrintTo(const blurCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 
 image Blurred(const blurCase& c, double t)
 {
@@ -203,50 +200,42 @@ TEST_P(AverageOfFrames, IsWhatABlurredFrameShows)
     EXPECT_GT(exact, 200);
     EXPECT_GT(mixed, 50);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Motions, AverageOfFrames,
-    testing::Values(
-        blurCase{"Position", kMovingPosition},
-        blurCase{.name = "PositionDeep",
-                 .values = kMovingPosition,
-                 .angle = 720,
-                 .samples = 5,
-                 .depth = 16},
-        blurCase{.name = "BeforeTheFrame",
-                 .values = Value(269, Runs("[80, 48, 0]", "[1040, 48, 0]")),
-                 .angle = 90,
-                 .phase = -180},
-        blurCase{.name = "Mask",
-                 .values = "",
-                 .masks = R"({"nm": "path", "mode": "n", "pt": {"k": )" +
-                          Runs(R"([{"c": false, "v": [[24, 32], [104, 32]], "i": [[0, 0], [0, 0]],
+const blurCase kMotions[] = {
+    {"Position", kMovingPosition},
+    {.name = "PositionDeep", .values = kMovingPosition, .angle = 720, .samples = 5, .depth = 16},
+    {.name = "BeforeTheFrame",
+     .values = Value(269, Runs("[80, 48, 0]", "[1040, 48, 0]")),
+     .angle = 90,
+     .phase = -180},
+    {.name = "Mask",
+     .values = "",
+     .masks = R"({"nm": "path", "mode": "n", "pt": {"k": )" +
+              Runs(R"([{"c": false, "v": [[24, 32], [104, 32]], "i": [[0, 0], [0, 0]],
                                     "o": [[0, 0], [0, 0]]}])",
-                               R"([{"c": false, "v": [[264, 32], [344, 32]], "i": [[0, 0], [0, 0]],
+                   R"([{"c": false, "v": [[264, 32], [344, 32]], "i": [[0, 0], [0, 0]],
                                     "o": [[0, 0], [0, 0]]}])") +
-                          "}}"},
-        // Of three samples one has a path; the picture lies flat in the others.
-        blurCase{.name = "MaskThatDisappears",
-                 .values = "",
-                 .masks = R"({"nm": "path", "mode": "n", "pt": {"k": [
+              "}}"},
+    // Of three samples one has a path; the picture lies flat in the others.
+    {.name = "MaskThatDisappears",
+     .values = "",
+     .masks = R"({"nm": "path", "mode": "n", "pt": {"k": [
                      {"t": 0, "h": 1, "s": [{"c": false, "v": [[24, 40], [104, 40]],
                       "i": [[0, 0], [0, 0]], "o": [[0, 0], [0, 0]]}]},
                      {"t": 1.25, "h": 1, "s": [{"c": false, "v": [[24, 40]], "i": [[0, 0]],
                       "o": [[0, 0]]}]}]}})"},
-        blurCase{"CameraAlone", Value(279, "2"),
-                 Camera(Runs("[80, 48, -400]", "[-160, 48, -400]"))},
-        // In focus everywhere: two passes, but the same picture.
-        blurCase{.name = "DepthOfField",
-                 .values = Value(279, "2"),
-                 .layers = Camera(Runs("[80, 48, -400]", "[-160, 48, -400]"),
-                                  R"("dof": 1, "focusDistance": 400, "aperture": 50)"),
-                 .overNothing = true},
-        blurCase{
-            "LightThatGoesOut", kMovingPosition + kLit,
-            Light(R"("intensity": {"k": [{"t": 0, "h": 1, "s": [50]}, {"t": 1.75, "s": [0]}]})")},
-        blurCase{"ColourOfALight", kMovingPosition + kLit,
-                 Light(R"("color": {"k": [{"t": 0, "h": 1, "s": [1, 0.2, 0]},
-                                          {"t": 1.25, "h": 1, "s": [0, 0.6, 1]}]})")}),
-    [](const auto& each) { return std::string(each.param.name); });
+    {"CameraAlone", Value(279, "2"), Camera(Runs("[80, 48, -400]", "[-160, 48, -400]"))},
+    // In focus everywhere: two passes, but the same picture.
+    {.name = "DepthOfField",
+     .values = Value(279, "2"),
+     .layers = Camera(Runs("[80, 48, -400]", "[-160, 48, -400]"),
+                      R"("dof": 1, "focusDistance": 400, "aperture": 50)"),
+     .overNothing = true},
+    {"LightThatGoesOut", kMovingPosition + kLit,
+     Light(R"("intensity": {"k": [{"t": 0, "h": 1, "s": [50]}, {"t": 1.75, "s": [0]}]})")},
+    {"ColourOfALight", kMovingPosition + kLit,
+     Light(R"("color": {"k": [{"t": 0, "h": 1, "s": [1, 0.2, 0]},
+                                          {"t": 1.25, "h": 1, "s": [0, 0.6, 1]}]})")}};
+INSTANTIATE_TEST_SUITE_P(Motions, AverageOfFrames, testing::ValuesIn(kMotions), caseName{});
 
 class StillFrames : public testing::TestWithParam<blurCase> {};
 
@@ -259,15 +248,14 @@ TEST_P(StillFrames, AreThePicturesOfTheSingleRender)
 const std::string kTwisted = Value(37, "160.5") + Value(19, "-30.25") +
                              Value(254, "[0.2, 0.4, 0.6]") + Value(7, "130.3") +
                              Value(276, "33.125");
-INSTANTIATE_TEST_SUITE_P(
-    Scenes, StillFrames,
-    testing::Values(
-        blurCase{"Flat", kTwisted}, blurCase{.name = "Deep", .values = kTwisted, .depth = 16},
-        blurCase{"LitAndExtruded", kTwisted + kLit + Value(250, "12") + Value(251, "4"),
-                 Light(R"("color": [0.3, 1, 0.5])")},
-        blurCase{"DepthOfField", kTwisted + Value(279, "2"),
-                 Camera("[80, 48, -400]", R"("dof": 1, "focusDistance": 300, "aperture": 30)")}),
-    [](const auto& each) { return std::string(each.param.name); });
+const blurCase kScenes[] = {
+    {"Flat", kTwisted},
+    {.name = "Deep", .values = kTwisted, .depth = 16},
+    {"LitAndExtruded", kTwisted + kLit + Value(250, "12") + Value(251, "4"),
+     Light(R"("color": [0.3, 1, 0.5])")},
+    {"DepthOfField", kTwisted + Value(279, "2"),
+     Camera("[80, 48, -400]", R"("dof": 1, "focusDistance": 300, "aperture": 30)")}};
+INSTANTIATE_TEST_SUITE_P(Scenes, StillFrames, testing::ValuesIn(kScenes), caseName{});
 
 TEST(MotionBlur, MotionLateInTheListsIsSeen)
 {
@@ -317,10 +305,6 @@ struct endingCase {
     std::int64_t callGate::*made;
     std::int64_t stride;  ///< from one tried call to the next
 };
-void PrintTo(const endingCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 class EndedFrames : public testing::TestWithParam<endingCase> {};
 
 TEST_P(EndedFrames, LeaveNothingBehind)
@@ -362,10 +346,8 @@ TEST_P(EndedFrames, LeaveNothingBehind)
         EXPECT_GT(readsFailed, 20);
     }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Ways, EndedFrames,
-    testing::Values(endingCase{"FailingCalls", &callGate::failOn, &callGate::made, 41},
-                    endingCase{"Aborts", &callGate::abortOn, &callGate::abortChecks, 1}),
-    [](const auto& each) { return std::string(each.param.name); });
+const endingCase kWays[] = {{"FailingCalls", &callGate::failOn, &callGate::made, 41},
+                            {"Aborts", &callGate::abortOn, &callGate::abortChecks, 1}};
+INSTANTIATE_TEST_SUITE_P(Ways, EndedFrames, testing::ValuesIn(kWays), caseName{});
 
 }  // namespace orv::test

@@ -1,15 +1,14 @@
 // The third dimension through the whole chain. The stage: a layer of 160 x 96 before a camera that
 // sees its plane pixel for pixel, and a picture of 80 x 32 laid along the straight mask from
 // (40, 48) to (120, 48): it covers the pixels x 40..119, y 32..63.
-#include <algorithm>
 #include <cmath>
-#include <ostream>
 
 #include <gtest/gtest.h>
 
 #include <fmt/format.h>
 
 #include "module/rig.h"
+#include "support/caseName.h"
 
 namespace orv::test {
 namespace {
@@ -71,10 +70,6 @@ struct faceCase {
     bool lit, thick;
     bool sourceInFront;  ///< the source faces the viewer of a ribbon without twist
 };
-void PrintTo(const faceCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 class TwoFaces : public testing::TestWithParam<faceCase> {};
 
 TEST_P(TwoFaces, ShowTheirOwnPictures)
@@ -101,24 +96,17 @@ TEST_P(TwoFaces, ShowTheirOwnPictures)
                        {255, dimmed(seen.r), dimmed(seen.g), dimmed(seen.b)}, 1);
     }
 }
-INSTANTIATE_TEST_SUITE_P(Ways, TwoFaces,
-                         testing::Values(faceCase{"UnlitBand", 2, false, true, true},
-                                         faceCase{"LitBand", 2, true, true, true},
-                                         faceCase{"UnlitSheet", 2, false, false, true},
-                                         faceCase{"LitSheet", 2, true, false, true},
-                                         faceCase{"FlatViewOfABand", 1, false, true, true},
-                                         faceCase{"FlatViewOfASheet", 1, false, false, false}),
-                         [](const auto& each) { return std::string(each.param.name); });
+const faceCase kWays[] = {
+    {"UnlitBand", 2, false, true, true},       {"LitBand", 2, true, true, true},
+    {"UnlitSheet", 2, false, false, true},     {"LitSheet", 2, true, false, true},
+    {"FlatViewOfABand", 1, false, true, true}, {"FlatViewOfASheet", 1, false, false, false}};
+INSTANTIATE_TEST_SUITE_P(Ways, TwoFaces, testing::ValuesIn(kWays), caseName{});
 
 struct lightCase {
     const char* name;
     std::string place, light;
     argb left, right;  ///< on white at the pixels (60, 48) and (110, 48)
 };
-void PrintTo(const lightCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
 class LightTypes : public testing::TestWithParam<lightCase> {};
 
 TEST_P(LightTypes, LightTheirSideInTheirColour)
@@ -139,25 +127,23 @@ const std::string kParallel = R"("type": "parallel", "intensity": 50, "color": [
 const std::string kPoint = R"("type": "point", "color": [0, 1, 0])";
 const std::string kSpot =
     R"("type": "spot", "color": [0, 0, 1], "coneAngle": 40, "coneFeather": 0)";
-INSTANTIATE_TEST_SUITE_P(
-    Sides, LightTypes,
-    testing::Values(
-        // 1.28 x 0.5 of each channel.
-        lightCase{"Parallel", kAhead, kParallel, {255, 163, 82, 0}, {255, 163, 82, 0}},
-        lightCase{"ParallelFromBehind", kBehind, kParallel, kBlack, kBlack},
-        // 1.28 / 1.5; 50 pixels aside the cosine is 100 / hypot(100, 50) = 0.894.
-        lightCase{"Point", kAhead, kPoint, {255, 0, 218, 0}, {255, 0, 195, 0}},
-        lightCase{"PointFromBehind", kBehind, kPoint, kBlack, kBlack},
-        // 50 pixels aside are 26.6 degrees, outside a cone of 20 to each side.
-        lightCase{"Spot", kAhead, kSpot, {255, 0, 0, 218}, kBlack},
-        lightCase{"SpotFromBehind", kBehind, kSpot, kBlack, kBlack},
-        // Per channel 1.28 x c x (0.2 + c), c the colour by the intensity.
-        lightCase{"Ambient",
-                  kBehind,
-                  R"("type": "ambient", "intensity": 50, "color": [1, 0.5, 0.25])",
-                  {255, 114, 37, 13},
-                  {255, 114, 37, 13}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const lightCase kSides[] = {
+    // 1.28 x 0.5 of each channel.
+    {"Parallel", kAhead, kParallel, {255, 163, 82, 0}, {255, 163, 82, 0}},
+    {"ParallelFromBehind", kBehind, kParallel, kBlack, kBlack},
+    // 1.28 / 1.5; 50 pixels aside the cosine is 100 / hypot(100, 50) = 0.894.
+    {"Point", kAhead, kPoint, {255, 0, 218, 0}, {255, 0, 195, 0}},
+    {"PointFromBehind", kBehind, kPoint, kBlack, kBlack},
+    // 50 pixels aside are 26.6 degrees, outside a cone of 20 to each side.
+    {"Spot", kAhead, kSpot, {255, 0, 0, 218}, kBlack},
+    {"SpotFromBehind", kBehind, kSpot, kBlack, kBlack},
+    // Per channel 1.28 x c x (0.2 + c), c the colour by the intensity.
+    {"Ambient",
+     kBehind,
+     R"("type": "ambient", "intensity": 50, "color": [1, 0.5, 0.25])",
+     {255, 114, 37, 13},
+     {255, 114, 37, 13}}};
+INSTANTIATE_TEST_SUITE_P(Sides, LightTypes, testing::ValuesIn(kSides), caseName{});
 
 TEST(Lights, SwitchedOffLeaveNoTrace)
 {

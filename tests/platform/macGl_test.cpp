@@ -127,11 +127,10 @@ TEST_P(CallersApi, ContextOfAnotherDisplayComesBack)
     EXPECT_EQ(CGLGetCurrentContext(), remembered) << "one record for one context";
     EXPECT_EQ(eglQueryAPI(), GetParam());
 }
-INSTANTIATE_TEST_SUITE_P(Apis, CallersApi,
-                         testing::Values(EGLenum{EGL_OPENGL_API}, EGLenum{EGL_OPENGL_ES_API}),
-                         [](const auto& each) {
-                             return each.param == EGL_OPENGL_API ? "Desktop" : "Embedded";
-                         });
+const EGLenum kApis[] = {{EGL_OPENGL_API}, {EGL_OPENGL_ES_API}};
+INSTANTIATE_TEST_SUITE_P(Apis, CallersApi, testing::ValuesIn(kApis), [](const auto& each) {
+    return each.param == EGL_OPENGL_API ? "Desktop" : "Embedded";
+});
 
 TEST(Contexts, NoneIsRememberedAndRestoredAsNone)
 {
@@ -151,16 +150,6 @@ TEST(Contexts, DestroyingTheCurrentOneLeavesNone)
     EXPECT_EQ(CGLGetCurrentContext(), nullptr);
     EXPECT_EQ(aglGetCurrentContext(), nullptr);
     EXPECT_FALSE(aglDestroyContext(nullptr));
-}
-
-TEST(Contexts, HaveFixedFunctionDrawingOfVersion2)
-{
-    OwnContext own;
-    ASSERT_TRUE(aglSetCurrentContext(own.context));
-    EXPECT_GE(std::atof(reinterpret_cast<const char*>(glGetString(GL_VERSION))), 2.1);
-    glMatrixMode(GL_PROJECTION);
-    glEnable(GL_LIGHT7);
-    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
 }
 
 TEST(Devices, SoftwareMeansSoftware)
