@@ -4,19 +4,27 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 
 #include <fmt/format.h>
 
-// Under the address sanitizer the C library does not know the heap.
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/allocator_interface.h>
-#elif defined(__has_feature)
+#if defined(__has_feature)
 #if __has_feature(address_sanitizer)
-#define __SANITIZE_ADDRESS__ 1
-#include <sanitizer/allocator_interface.h>
+#define ORV_ADDRESS_SANITIZER 1
 #endif
+#elif defined(__SANITIZE_ADDRESS__)
+#define ORV_ADDRESS_SANITIZER 1
+#endif
+#ifndef ORV_ADDRESS_SANITIZER
+#define ORV_ADDRESS_SANITIZER 0
+#endif
+
+#if ORV_ADDRESS_SANITIZER
+// The C library knows nothing of the sanitizer's heap. Not every compiler brings the header.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
 namespace orv {
@@ -26,7 +34,7 @@ constexpr std::size_t kBlocks = 9;
 
 std::int64_t HeapBytes()
 {
-#if defined(__SANITIZE_ADDRESS__)
+#if ORV_ADDRESS_SANITIZER
     return static_cast<std::int64_t>(__sanitizer_get_current_allocated_bytes());
 #else
     const struct mallinfo2 info = mallinfo2();
@@ -37,7 +45,7 @@ std::int64_t HeapBytes()
 /// What is freed under the sanitizer stays resident for a while, so there is nothing to see.
 std::int64_t ResidentBytes()
 {
-#if defined(__SANITIZE_ADDRESS__)
+#if ORV_ADDRESS_SANITIZER
     return 0;
 #else
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen("/proc/self/statm", "r"),
