@@ -68,16 +68,21 @@ SequenceData* ConstructSequenceRecord(void* memory, GlobalData& global)
     return record;
 }
 
+void DestroySequenceRecord(PF_Handle handle)
+{
+    SequenceData* record = SequenceRecord(handle);
+    if (record == nullptr) return;
+    if (LiveRecords()[record].contextAge == contextAge) {
+        DeleteTextures(record->sourceTextures);
+        DeleteTextures(record->backTextures);
+    }
+    LiveRecords().erase(record);
+    std::destroy_at(record);
+}
+
 void DisposeSequenceHandle(const PF_HandleSuite2& handles, PF_Handle handle)
 {
-    if (SequenceData* record = SequenceRecord(handle)) {
-        if (LiveRecords()[record].contextAge == contextAge) {
-            DeleteTextures(record->sourceTextures);
-            DeleteTextures(record->backTextures);
-        }
-        LiveRecords().erase(record);
-        std::destroy_at(record);
-    }
+    DestroySequenceRecord(handle);
     handles.host_dispose_handle(handle);
 }
 

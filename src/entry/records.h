@@ -18,8 +18,11 @@ SequenceData* SequenceRecord(PF_Handle handle);
 /// Constructs a fresh record in zeroed host memory of its size, and takes the next slot.
 SequenceData* ConstructSequenceRecord(void* memory, GlobalData& global);
 
-/// Gives a handle back to the host. A record of this process in it is destroyed first, with the GL
-/// textures it names if the GL context they were made in is still there (it must be current).
+/// Destroys the record in the handle, if it is one of this process, with the GL textures it names
+/// if the GL context they were made in is still there (it must be current).
+void DestroySequenceRecord(PF_Handle handle);
+
+/// Gives a handle back to the host, after its record's end.
 void DisposeSequenceHandle(const PF_HandleSuite2& handles, PF_Handle handle);
 
 /// An instance is gone: lowers the slot counter, not below 1.

@@ -103,6 +103,8 @@ PF_Err SequenceResetup(const commandCall& call)
 PF_Err SequenceSetdown(const commandCall& call)
 {
     if (call.in_data.sequence_data != nullptr) {
+        // The record goes even if the host has no suite by which its handle can be given back.
+        DestroySequenceRecord(call.in_data.sequence_data);
         AEGP_SuiteHandler suites(call.in_data.pica_basicP);
         DisposeSequenceHandle(suites.HandleSuite2(), call.in_data.sequence_data);
     }
