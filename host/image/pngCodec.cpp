@@ -59,10 +59,11 @@ void ReadBytes(png_structp png, png_bytep into, std::size_t count)
 bool HoldsItsChunks(std::span<const std::uint8_t> data)
 {
     constexpr std::size_t kSignature = 8, kHeader = 8, kCheck = 4;
-    for (data = data.subspan(kSignature); data.size() >= kHeader + kCheck;) {
-        const std::size_t length = png_get_uint_32(data.data());
-        if (length > data.size() - kHeader - kCheck) return false;
-        if (std::memcmp(data.data() + 4, "IEND", 4) == 0) break;
+    for (data = data.subspan(kSignature); data.size() >= kHeader;) {
+        const std::size_t length = png_get_uint_32(data.data()), left = data.size() - kHeader;
+        if (length > left) return false;
+        const bool isLast = std::memcmp(data.data() + 4, "IEND", 4) == 0;
+        if (isLast || left - length < kCheck) break;
         data = data.subspan(kHeader + length + kCheck);
     }
     return true;
