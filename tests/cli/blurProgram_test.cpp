@@ -1,6 +1,4 @@
-// `orv render` with the shutter's options: a red band that runs 40 pixels a frame to the right, and
-// what its trail tells about the instants that were sampled.
-#include <algorithm>
+// `orv render` with the shutter's options: a red band that runs 40 pixels a frame to the right.
 #include <fstream>
 #include <string>
 #include <vector>
@@ -10,118 +8,65 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/runProgram.h"
-#include "image/imageFile.h"
 #include "image/wholeFile.h"
+#include "support/caseName.h"
 
 namespace orv {
 namespace {
 
-constexpr int kWidth = 300, kSpeed = 40, kBandWidth = 40, kFrame = 2, kMiddleRow = 30;
-/// Of the band's left end at `kFrame`.
-constexpr int kStart = 20 + kFrame * kSpeed;
+constexpr const char* kOwnBlur = R"({"sa": 180, "sp": 0, "spf": 5})";
 
-/// The scene's own shutter is open for half a frame, with 5 samples.
-std::string RunningBand(int sourceWidth = kBandWidth)
+/// `blur`: what the scene says of motion blur, JSON.
+std::string RunningBand(const std::string& blur = kOwnBlur, int sourceWidth = 40)
 {
     return fmt::format(
-        R"({{"fr": 25, "ip": 0, "op": 5, "w": {0}, "h": 60, "mb": {{"sa": 180, "sp": 0, "spf": 5}},
- "layers": [
-  {{"ty": 1, "ind": 1, "nm": "band", "mb": true, "sw": {0}, "sh": 60, "sc": "#000000", "ip": 0,
+        R"({{"fr": 25, "ip": 0, "op": 5, "w": 300, "h": 60, "mb": {}, "layers": [
+  {{"ty": 1, "ind": 1, "nm": "band", "mb": true, "sw": 300, "sh": 60, "sc": "#000000", "ip": 0,
    "op": 5, "ks": {{}}, "masksProperties": [{{"mode": "n", "pt": {{"k": {{"c": false,
      "v": [[20, 30], [60, 30]], "i": [[0, 0], [0, 0]], "o": [[0, 0], [0, 0]]}}}}}}],
    "ef": [{{"ty": 5, "mn": "KAL_Orv", "ef": [{{"ix": 2, "v": {{"k": 2}}}},
-     {{"ix": 29, "v": {{"k": 1}}}}, {{"ix": 269, "v": {{"k": [{{"t": 0, "s": [{1}, 30, 0]}},
-       {{"t": 10, "s": [{2}, 30, 0]}}]}}}}]}}]}},
-  {{"ty": 1, "ind": 2, "nm": "red", "hd": true, "sw": {3}, "sh": 20, "sc": "#ff0000", "ip": 0,
+     {{"ix": 29, "v": {{"k": 1}}}}, {{"ix": 269, "v": {{"k": [{{"t": 0, "s": [150, 30, 0]}},
+       {{"t": 10, "s": [550, 30, 0]}}]}}}}]}}]}},
+  {{"ty": 1, "ind": 2, "nm": "red", "hd": true, "sw": {}, "sh": 20, "sc": "#ff0000", "ip": 0,
    "op": 5, "ks": {{}}}}]}})",
-        kWidth, kWidth / 2, kWidth / 2 + 10 * kSpeed, sourceWidth);
+        blur, sourceWidth);
 }
 
 struct shutterCase {
     const char* name;
     std::vector<std::string> options;
-    int samples;    ///< that are expected; 1 without blur
-    double frames;  ///< from the first of them to the frame's own time
+    const char* blur;  ///< of a scene that asks for the same
 };
-void PrintTo(const shutterCase& c, std::ostream* out)
-{
-    *out << c.name;
-}
-
-/// Alpha at the middle of pixel `x`, by counting the samples that cover it.
-double CoveredAlpha(const shutterCase& c, int x)
-{
-    int covering = 0;
-    for (int j = 0; j < c.samples; ++j) {
-        const double back = c.samples > 1 ? 1.0 - static_cast<double>(j) / (c.samples - 1) : 0.0;
-        const double left = kStart + back * c.frames * kSpeed;
-        if (x + 0.5 > left && x + 0.5 < left + kBandWidth) ++covering;
-    }
-    return 255.0 * covering / c.samples;
-}
-
-/// The most that CoveredAlpha changes in the pixels that smoothing looks at.
-double Steepness(const shutterCase& c, int x)
-{
-    constexpr int kReach = 4;
-    double low = 255.0, high = 0.0;
-    for (int near = x - kReach; near <= x + kReach; ++near) {
-        low = std::min(low, CoveredAlpha(c, near));
-        high = std::max(high, CoveredAlpha(c, near));
-    }
-    return high - low;
-}
-
 class Shutter : public testing::TestWithParam<shutterCase> {};
 
-TEST_P(Shutter, LeavesATrailOverTheInstantsThatItSees)
+// What a shutter shows is tested with scenes' own; options need only mean the same.
+TEST_P(Shutter, OptionsStandForTheScenesOwn)
 {
-    const shutterCase& c = GetParam();
     const TemporaryFolder folder;
-    std::vector<std::string> arguments{"render",   folder.Write("band.json", RunningBand()),
-                                       "--frames", std::to_string(kFrame),
-                                       "-o",       "f.png"};
-    arguments.insert(arguments.end(), c.options.begin(), c.options.end());
-    const programResult result = RunOrv(arguments, folder.path());
-    ASSERT_EQ(result.code, 0) << result.err;
-
-    std::string data;
-    ASSERT_TRUE(ReadWholeFile(folder.path() / "f.png", 1U << 20, data));
-    const image picture =
-        DecodeImage({reinterpret_cast<const std::uint8_t*>(data.data()), data.size()}, "f.png");
-    int compared = 0;
-    for (int x = 0; x < kWidth; ++x) {
-        // Where coverage jumps, smoothing spreads it; where it climbs evenly, it stays as it is.
-        const double steepness = Steepness(c, x);
-        if (steepness > 64.0) continue;
-        ++compared;
-        // An edge inside a pixel is worth a part of a sample, which is 4 of 255.
-        EXPECT_NEAR(picture.row(kMiddleRow)[4 * x], CoveredAlpha(c, x), 6.0 + steepness / 4) << x;
-    }
-    EXPECT_GT(compared, kWidth * 9 / 10);
+    const auto frame = [&](const char* blur, const std::vector<std::string>& options) {
+        std::vector<std::string> arguments{
+            "render", folder.Write("band.json", RunningBand(blur)), "--frames", "2", "-o", "f.png"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const programResult result = RunOrv(arguments, folder.path());
+        EXPECT_EQ(result.code, 0) << result.err;
+        std::string bytes;
+        EXPECT_TRUE(ReadWholeFile(folder.file("f.png"), 1U << 20, bytes));
+        return bytes;
+    };
+    const std::string changed = frame(kOwnBlur, GetParam().options);
+    EXPECT_EQ(changed, frame(GetParam().blur, {}));
+    EXPECT_NE(changed, frame(kOwnBlur, {}));
 }
-INSTANTIATE_TEST_SUITE_P(
-    Options, Shutter,
-    testing::Values(
-        shutterCase{"Widest",
-                    {"--shutter-angle", "720", "--shutter-phase", "0", "--mb-samples", "64"},
-                    64,
-                    2.0},
-        shutterCase{"WidestPhases",
-                    {"--shutter-angle", "720", "--shutter-phase", "-360", "--mb-samples", "64"},
-                    64,
-                    1.0},
-        shutterCase{"BeforeTheFrame",
-                    {"--shutter-angle", "0", "--shutter-phase", "-360", "--mb-samples", "64"},
-                    64,
-                    -1.0},
-        shutterCase{"AngleAndPhaseCancel",
-                    {"--shutter-angle", "180", "--shutter-phase", "-180", "--mb-samples", "64"},
-                    1,
-                    0.0},
-        shutterCase{"TooFewSamples", {"--mb-samples", "2"}, 1, 0.0},
-        shutterCase{"SwitchedOff", {"--motion-blur", "off", "--mb-samples", "64"}, 1, 0.0}),
-    [](const auto& each) { return std::string(each.param.name); });
+const shutterCase kOptions[] = {
+    {"Widest",
+     {"--shutter-angle", "720", "--shutter-phase", "-360", "--mb-samples", "64"},
+     R"({"sa": 720, "sp": -360, "spf": 64})"},
+    {"PhaseAlone", {"--shutter-phase", "90"}, R"({"sa": 180, "sp": 90, "spf": 5})"},
+    {"TooFewSamples", {"--mb-samples", "2"}, R"({"sa": 0, "sp": 0, "spf": 5})"},
+    {"SwitchedOff",
+     {"--motion-blur", "off", "--mb-samples", "64"},
+     R"({"sa": 0, "sp": 0, "spf": 5})"}};
+INSTANTIATE_TEST_SUITE_P(Options, Shutter, testing::ValuesIn(kOptions), caseName{});
 
 TEST(ShutterOptions, MustBeNumbersInTheirRange)
 {
@@ -146,7 +91,7 @@ TEST(ManySamples, OfAHeavyMeshAreNotHeldAtOnce)
     GTEST_SKIP() << "freed memory is kept back";
 #endif
     const TemporaryFolder folder;
-    const std::string scene = folder.Write("band.json", RunningBand(2000));
+    const std::string scene = folder.Write("band.json", RunningBand(kOwnBlur, 2000));
     const auto peak = [&](const char* samples) {
         const programResult result =
             RunOrv({"render",  scene,           "--frames",     "2",

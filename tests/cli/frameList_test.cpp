@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/expectFailure.h"
+#include "support/caseName.h"
 
 namespace orv {
 namespace {
@@ -22,18 +23,17 @@ TEST_P(FrameLists, GiveTheirFramesInOrder)
     EXPECT_EQ(ExpandFrames(ParseFrameList(GetParam().text), -5, 101), GetParam().frames);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Forms, FrameLists,
-    testing::Values(listCase{"One", "7", {7}}, listCase{"Range", "0-3", {0, 1, 2, 3}},
-                    listCase{"StepMeetsTheEnd", "0-100x25", {0, 25, 50, 75, 100}},
-                    listCase{"StepMissesTheEnd", "0-9x4", {0, 4, 8}},
-                    listCase{"Mixed", "1,3,8-9", {1, 3, 8, 9}},
-                    listCase{"Backwards", "3-0", {3, 2, 1, 0}},
-                    listCase{"BackwardsWithStep", "9-0x4", {9, 5, 1}},
-                    listCase{"BelowZero", "-5--3,-1-0", {-5, -4, -3, -1, 0}},
-                    listCase{"TwiceIsTwice", "2,2-3", {2, 2, 3}},
-                    listCase{"StepBeyondTheRange", "4-6x2000000000", {4}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const listCase kForms[] = {{"One", "7", {7}},
+                           {"Range", "0-3", {0, 1, 2, 3}},
+                           {"StepMeetsTheEnd", "0-100x25", {0, 25, 50, 75, 100}},
+                           {"StepMissesTheEnd", "0-9x4", {0, 4, 8}},
+                           {"Mixed", "1,3,8-9", {1, 3, 8, 9}},
+                           {"Backwards", "3-0", {3, 2, 1, 0}},
+                           {"BackwardsWithStep", "9-0x4", {9, 5, 1}},
+                           {"BelowZero", "-5--3,-1-0", {-5, -4, -3, -1, 0}},
+                           {"TwiceIsTwice", "2,2-3", {2, 2, 3}},
+                           {"StepBeyondTheRange", "4-6x2000000000", {4}}};
+INSTANTIATE_TEST_SUITE_P(Forms, FrameLists, testing::ValuesIn(kForms), caseName{});
 
 TEST(FrameList, RefusesWhatItCannotRead)
 {

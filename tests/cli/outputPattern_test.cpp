@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/expectFailure.h"
+#include "support/caseName.h"
 
 namespace orv {
 namespace {
@@ -21,20 +22,18 @@ TEST_P(OutputPatterns, PutTheFrameNumberIn)
     EXPECT_EQ(FrameFile(ParseOutputPattern(GetParam().pattern), GetParam().frame), GetParam().file);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Forms, OutputPatterns,
-    testing::Values(patternCase{"Hashes", "out/f.####.png", 7, "out/f.0007.png"},
-                    patternCase{"OneHash", "f#.exr", 12, "f12.exr"},
-                    patternCase{"Percent", "f.%04d.png", 7, "f.0007.png"},
-                    patternCase{"PercentWithoutWidth", "f%d.png", 7, "f7.png"},
-                    patternCase{"WiderThanTheField", "f.##.png", 12345, "f.12345.png"},
-                    patternCase{"BelowZero", "f.####.png", -5, "f.-005.png"},
-                    patternCase{"OnlyTheNumber", "####.png", 3, "0003.png"},
-                    patternCase{"HashesInTheFolderStay", "a##/%02d/f.#.png", 3, "a##/%02d/f.3.png"},
-                    patternCase{"OtherPercentsStay", "50%.%s.##.png", 3, "50%.%s.03.png"},
-                    patternCase{"NoNumber", "still.png", 3, "still.png"},
-                    patternCase{"Video", "/v/clip.mov", 3, "/v/clip.mov"}),
-    [](const auto& each) { return std::string(each.param.name); });
+const patternCase kForms[] = {{"Hashes", "out/f.####.png", 7, "out/f.0007.png"},
+                              {"OneHash", "f#.exr", 12, "f12.exr"},
+                              {"Percent", "f.%04d.png", 7, "f.0007.png"},
+                              {"PercentWithoutWidth", "f%d.png", 7, "f7.png"},
+                              {"WiderThanTheField", "f.##.png", 12345, "f.12345.png"},
+                              {"BelowZero", "f.####.png", -5, "f.-005.png"},
+                              {"OnlyTheNumber", "####.png", 3, "0003.png"},
+                              {"HashesInTheFolderStay", "a##/%02d/f.#.png", 3, "a##/%02d/f.3.png"},
+                              {"OtherPercentsStay", "50%.%s.##.png", 3, "50%.%s.03.png"},
+                              {"NoNumber", "still.png", 3, "still.png"},
+                              {"Video", "/v/clip.mov", 3, "/v/clip.mov"}};
+INSTANTIATE_TEST_SUITE_P(Forms, OutputPatterns, testing::ValuesIn(kForms), caseName{});
 
 TEST(OutputPattern, ChoosesTheFormatByExtension)
 {

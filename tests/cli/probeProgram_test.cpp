@@ -8,6 +8,7 @@
 #include "cli/runProgram.h"
 #include "image/imageFile.h"
 #include "image/wholeFile.h"
+#include "support/caseName.h"
 
 namespace orv {
 namespace {
@@ -141,12 +142,11 @@ TEST_P(MeshInView, EndsWhereThePictureEnds)
     EXPECT_NEAR(projected.right, drawn.right, 1.5);
     EXPECT_NEAR(projected.bottom, drawn.bottom, 1.5);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Views, MeshInView,
-    testing::Values(viewCase{"Flat", "", "", ""}, viewCase{"DefaultCamera", kIn3D, "", ""},
-                    viewCase{"TurnedParentedCamera", kIn3D, kCamera, ""},
-                    viewCase{"HalfResolution", kIn3D, kCamera, R"(, "kal": {"downsample": 2})"}),
-    [](const auto& each) { return std::string(each.param.name); });
+const viewCase kViews[] = {{"Flat", "", "", ""},
+                           {"DefaultCamera", kIn3D, "", ""},
+                           {"TurnedParentedCamera", kIn3D, kCamera, ""},
+                           {"HalfResolution", kIn3D, kCamera, R"(, "kal": {"downsample": 2})"}};
+INSTANTIATE_TEST_SUITE_P(Views, MeshInView, testing::ValuesIn(kViews), caseName{});
 
 TEST_F(ProbeProgram, ObjNamesItsMaterialAndEveryCell)
 {
@@ -195,35 +195,33 @@ TEST_P(Refusals, SayWhatIsWrong)
     EXPECT_NE(result.err.find(GetParam().message), std::string::npos) << result.err;
     EXPECT_FALSE(std::filesystem::exists(At("m.ply")));
 }
-INSTANTIATE_TEST_SUITE_P(
-    Arguments, Refusals,
-    testing::Values(
-        refusalCase{"NoOutput", {"mesh"}, 2, "--output"},
-        refusalCase{"Extension", {"mesh", "-o", "m.stl"}, 2, "none of .ply, .obj, .json"},
-        refusalCase{"Frame",
-                    {"mesh", "-o", "m.ply", "--frame", "5"},
-                    2,
-                    "--frame: 5 is outside the scene's frames 0 to 4"},
-        refusalCase{"LayerWithoutEffect",
-                    {"mesh", "-o", "m.ply", "--layer", "red"},
-                    2,
-                    "layer 'red' has no effect KAL Orv"},
-        refusalCase{"EffectNumber",
-                    {"panel", "--effect", "2"},
-                    2,
-                    "--effect: 2 is not one of the effects 1 to 1 of layer 'band'"},
-        refusalCase{"FrameWithoutCamera", {"inspect", "--frame", "1"}, 2, "--camera"},
-        refusalCase{"NoMesh", {"mesh", "-o", "m.ply"}, 1, "\"Mask\" names no mask"},
-        refusalCase{"Unsupervised",
-                    {"panel", "--changed", "Extrusion"},
-                    2,
-                    "--changed 'Extrusion': the effect does not ask to be told of this control"},
-        refusalCase{"Ambiguous",
-                    {"panel", "--changed", "Reference mask"},
-                    2,
-                    "the parameters 14 and 31 have this name; use the index"},
-        refusalCase{"UnknownControl", {"panel", "--changed", "Wobble"}, 2, "no such parameter"}),
-    [](const auto& each) { return std::string(each.param.name); });
+const refusalCase kArguments[] = {
+    {"NoOutput", {"mesh"}, 2, "--output"},
+    {"Extension", {"mesh", "-o", "m.stl"}, 2, "none of .ply, .obj, .json"},
+    {"Frame",
+     {"mesh", "-o", "m.ply", "--frame", "5"},
+     2,
+     "--frame: 5 is outside the scene's frames 0 to 4"},
+    {"LayerWithoutEffect",
+     {"mesh", "-o", "m.ply", "--layer", "red"},
+     2,
+     "layer 'red' has no effect KAL Orv"},
+    {"EffectNumber",
+     {"panel", "--effect", "2"},
+     2,
+     "--effect: 2 is not one of the effects 1 to 1 of layer 'band'"},
+    {"FrameWithoutCamera", {"inspect", "--frame", "1"}, 2, "--camera"},
+    {"NoMesh", {"mesh", "-o", "m.ply"}, 1, "\"Mask\" names no mask"},
+    {"Unsupervised",
+     {"panel", "--changed", "Extrusion"},
+     2,
+     "--changed 'Extrusion': the effect does not ask to be told of this control"},
+    {"Ambiguous",
+     {"panel", "--changed", "Reference mask"},
+     2,
+     "the parameters 14 and 31 have this name; use the index"},
+    {"UnknownControl", {"panel", "--changed", "Wobble"}, 2, "no such parameter"}};
+INSTANTIATE_TEST_SUITE_P(Arguments, Refusals, testing::ValuesIn(kArguments), caseName{});
 
 /// The control of that index, wherever in the tree it stands.
 json Find(const json& controls, int index)
@@ -234,24 +232,6 @@ json Find(const json& controls, int index)
         if (json found = Find(each["children"], index); !found.is_null()) return found;
     }
     return nullptr;
-}
-
-TEST_F(ProbeProgram, PanelMarksWhatTheSettingsMakeMeaningless)
-{
-    const std::string scene = Write({});
-    const auto control = [&](int index, std::vector<std::string> more) {
-        more.insert(more.begin(), {"panel", scene});
-        return Find(Ask(more)["controls"], index);
-    };
-    EXPECT_EQ(control(250, {"--set", "Camera mode=1"})["disabled"], true);
-    EXPECT_EQ(control(250, {"--set", "Camera mode=2"})["disabled"], false);
-    EXPECT_EQ(control(34, {"--set", "Stretch along path=off"})["disabled"], true);
-    EXPECT_EQ(control(31, {})["hidden"], true);
-    EXPECT_EQ(control(31, {"--set", "Stretch with verts match=on"})["hidden"], false);
-    // An open mask of three vertices: the third is shown, the fourth is not.
-    EXPECT_EQ(control(45, {})["hidden"], false);
-    EXPECT_EQ(control(46, {})["hidden"], true);
-    EXPECT_EQ(control(45, {"--set", "Mask=none"})["hidden"], true);
 }
 
 TEST_F(ProbeProgram, PanelShowsGroupsNamesAndTexts)

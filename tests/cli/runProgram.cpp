@@ -84,23 +84,4 @@ programResult RunOrvUntil(const std::vector<std::string>& arguments,
     });
 }
 
-TemporaryFolder::TemporaryFolder()
-{
-    std::string name = std::filesystem::temp_directory_path() / "orv_test_XXXXXX";
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
-std::string TemporaryFolder::Write(const std::string& name, const std::string& text) const
-{
-    std::ofstream(path_ / name, std::ios::binary) << text;
-    return path_ / name;
-}
-
 }  // namespace orv

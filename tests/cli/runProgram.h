@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "support/tempFolder.h"
+
 namespace orv {
 
 struct programResult {
@@ -29,19 +31,6 @@ programResult RunOrvWhile(const std::vector<std::string>& arguments,
                           const std::filesystem::path& folder,
                           const std::function<void(pid_t)>& meanwhile);
 
-/// A fresh folder that is gone again at the end.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-    /// Writes a text file and returns its name.
-    std::string Write(const std::string& name, const std::string& text) const;
-
-private:
-    std::filesystem::path path_;
-};
+using TemporaryFolder = TempFolder;
 
 }  // namespace orv

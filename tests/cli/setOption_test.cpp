@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/expectFailure.h"
+#include "support/caseName.h"
 
 namespace orv {
 namespace {
@@ -88,29 +89,28 @@ TEST_P(SetValues, AreReadByTheParametersKind)
     EXPECT_EQ(ValueOn(scene, 1, GetParam().param), GetParam().value);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, SetValues,
-    testing::Values(valueCase{"Number", "Extrusion=2.5", 3, {2.5}},
-                    valueCase{"FloatsLowerEnd", "Extrusion=0.1", 3, {0.1}},
-                    valueCase{"ByIndex", "4=12", 4, {12}},
-                    valueCase{"Turns", "Twist=-810.5", 5, {-810.5}},
-                    valueCase{"On", "Stretch=On", 6, {1}}, valueCase{"Zero", "Stretch=0", 6, {0}},
-                    valueCase{"ChoiceNumber", "Mode=2", 7, {2}},
-                    valueCase{"ChoiceText", "Mode=3d (Composition)", 7, {2}},
-                    valueCase{"Color", "Tint=1,0.5,0", 8, {1, 0.5, 0, 1}},
-                    valueCase{"ColorWithAlpha", "Tint=1,0.5,0,0.25", 8, {1, 0.5, 0, 0.25}},
-                    valueCase{"HexColor", "Tint=#ff0033", 8, {1, 0, 0.2, 1}},
-                    valueCase{"HexColorWithAlpha", "Tint=#FF003300", 8, {1, 0, 0.2, 0}},
-                    valueCase{"Point", "Anchor=320,-10.5,1e2", 9, {320, -10.5, 100}},
-                    valueCase{"LayerByInd", "Source=30", 2, {3}},
-                    valueCase{"LayerByName", "Source=picture", 2, {3}},
-                    valueCase{"LayerByNumberAsName", "Source=7", 2, {4}},
-                    valueCase{"NumberIsIndFirst", "Source=20", 2, {2}},
-                    valueCase{"NoLayer", "Source=none", 2, {0}},
-                    valueCase{"MaskByPosition", "Mask=1", 10, {1}},
-                    valueCase{"MaskByName", "Mask=path 1", 10, {1}},
-                    valueCase{"SameNameByIndex", "12=1", 12, {1}}),
-    [](const auto& each) { return std::string(each.param.name); });
+const valueCase kKinds[] = {{"Number", "Extrusion=2.5", 3, {2.5}},
+                            {"FloatsLowerEnd", "Extrusion=0.1", 3, {0.1}},
+                            {"ByIndex", "4=12", 4, {12}},
+                            {"Turns", "Twist=-810.5", 5, {-810.5}},
+                            {"On", "Stretch=On", 6, {1}},
+                            {"Zero", "Stretch=0", 6, {0}},
+                            {"ChoiceNumber", "Mode=2", 7, {2}},
+                            {"ChoiceText", "Mode=3d (Composition)", 7, {2}},
+                            {"Color", "Tint=1,0.5,0", 8, {1, 0.5, 0, 1}},
+                            {"ColorWithAlpha", "Tint=1,0.5,0,0.25", 8, {1, 0.5, 0, 0.25}},
+                            {"HexColor", "Tint=#ff0033", 8, {1, 0, 0.2, 1}},
+                            {"HexColorWithAlpha", "Tint=#FF003300", 8, {1, 0, 0.2, 0}},
+                            {"Point", "Anchor=320,-10.5,1e2", 9, {320, -10.5, 100}},
+                            {"LayerByInd", "Source=30", 2, {3}},
+                            {"LayerByName", "Source=picture", 2, {3}},
+                            {"LayerByNumberAsName", "Source=7", 2, {4}},
+                            {"NumberIsIndFirst", "Source=20", 2, {2}},
+                            {"NoLayer", "Source=none", 2, {0}},
+                            {"MaskByPosition", "Mask=1", 10, {1}},
+                            {"MaskByName", "Mask=path 1", 10, {1}},
+                            {"SameNameByIndex", "12=1", 12, {1}}};
+INSTANTIATE_TEST_SUITE_P(Kinds, SetValues, testing::ValuesIn(kKinds), caseName{});
 
 struct refusalCase {
     const char* name;
@@ -127,37 +127,31 @@ TEST_P(SetRefusals, NameTheRequestAndTheReason)
               std::string("2: --set '") + GetParam().text + "': " + GetParam().reason);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Reasons, SetRefusals,
-    testing::Values(
-        refusalCase{"NoValue", "Twist", "write NAME=VALUE or NAME@LAYER=VALUE"},
-        refusalCase{"NoName", "=3", "the parameter's name or index is missing"},
-        refusalCase{"NoOwner", "Twist@=3", "the layer is missing"},
-        refusalCase{"UnknownName", "Twirl=3", "KAL Orv has no parameter 'Twirl'"},
-        refusalCase{"InputLayer", "0=3", "parameters have the indices 1 to 12"},
-        refusalCase{"IndexTooHigh", "13=3", "parameters have the indices 1 to 12"},
-        refusalCase{"AmbiguousName", "Reference=1",
-                    "the parameters 11 and 12 have this name; use the index"},
-        refusalCase{"Group", "Group=1", "a group start has no value"},
-        refusalCase{"NotANumber", "Extrusion=much", "'Extrusion' takes a number"},
-        refusalCase{"NotFinite", "Extrusion=nan", "'Extrusion' takes a number"},
-        refusalCase{"TooLow", "Extrusion=0.09", "'Extrusion' takes 0.1 to 1000"},
-        refusalCase{"TooHigh", "Layers=501", "'Layers' takes 0 to 500"},
-        refusalCase{"NotWhole", "Layers=1.5", "'Layers' takes a whole number"},
-        refusalCase{"NotASwitch", "Stretch=2", "'Stretch' takes on or off"},
-        refusalCase{"NoSuchChoice", "Mode=3", "'Mode' takes 1 to 2: 2D, 3D (composition)"},
-        refusalCase{"ColorTooBright", "Tint=1,2,0",
-                    "'Tint' takes r,g,b or r,g,b,a, each 0..1, or #rrggbb[aa]"},
-        refusalCase{"ColorBadHex", "Tint=#ff00gg",
-                    "'Tint' takes r,g,b or r,g,b,a, each 0..1, or #rrggbb[aa]"},
-        refusalCase{"PointTooShort", "Anchor=1,2", "'Anchor' takes x,y,z in pixels"},
-        refusalCase{"NoSuchLayer", "Source=41", "there is no layer '41'"},
-        refusalCase{"NoSuchMaskSomewhere", "Mask=2",
-                    "masks of layer 'right' have the positions 1 to 1; 0 is none"},
-        refusalCase{"NoSuchMaskName", "Mask@left=path 3", "layer 'left' has no mask 'path 3'"},
-        refusalCase{"OwnerWithoutEffect", "Twist@picture=3",
-                    "no layer 'picture' has the effect KAL Orv"}),
-    [](const auto& each) { return std::string(each.param.name); });
+const refusalCase kReasons[] = {
+    {"NoValue", "Twist", "write NAME=VALUE or NAME@LAYER=VALUE"},
+    {"NoName", "=3", "the parameter's name or index is missing"},
+    {"NoOwner", "Twist@=3", "the layer is missing"},
+    {"UnknownName", "Twirl=3", "KAL Orv has no parameter 'Twirl'"},
+    {"InputLayer", "0=3", "parameters have the indices 1 to 12"},
+    {"IndexTooHigh", "13=3", "parameters have the indices 1 to 12"},
+    {"AmbiguousName", "Reference=1", "the parameters 11 and 12 have this name; use the index"},
+    {"Group", "Group=1", "a group start has no value"},
+    {"NotANumber", "Extrusion=much", "'Extrusion' takes a number"},
+    {"NotFinite", "Extrusion=nan", "'Extrusion' takes a number"},
+    {"TooLow", "Extrusion=0.09", "'Extrusion' takes 0.1 to 1000"},
+    {"TooHigh", "Layers=501", "'Layers' takes 0 to 500"},
+    {"NotWhole", "Layers=1.5", "'Layers' takes a whole number"},
+    {"NotASwitch", "Stretch=2", "'Stretch' takes on or off"},
+    {"NoSuchChoice", "Mode=3", "'Mode' takes 1 to 2: 2D, 3D (composition)"},
+    {"ColorTooBright", "Tint=1,2,0", "'Tint' takes r,g,b or r,g,b,a, each 0..1, or #rrggbb[aa]"},
+    {"ColorBadHex", "Tint=#ff00gg", "'Tint' takes r,g,b or r,g,b,a, each 0..1, or #rrggbb[aa]"},
+    {"PointTooShort", "Anchor=1,2", "'Anchor' takes x,y,z in pixels"},
+    {"NoSuchLayer", "Source=41", "there is no layer '41'"},
+    {"NoSuchMaskSomewhere", "Mask=2",
+     "masks of layer 'right' have the positions 1 to 1; 0 is none"},
+    {"NoSuchMaskName", "Mask@left=path 3", "layer 'left' has no mask 'path 3'"},
+    {"OwnerWithoutEffect", "Twist@picture=3", "no layer 'picture' has the effect KAL Orv"}};
+INSTANTIATE_TEST_SUITE_P(Reasons, SetRefusals, testing::ValuesIn(kReasons), caseName{});
 
 TEST(SetOption, OneLayerMayBeMeant)
 {
