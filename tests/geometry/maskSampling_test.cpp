@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <limits>
-#include <random>
 
 #include "geometry/polyline.h"
 #include "support/caseName.h"
@@ -165,43 +164,6 @@ TEST(PlaceByLength, PathWithoutLengthPutsAllOnItsLastSegment)
     EXPECT_EQ(place.seg, 1);
     EXPECT_DOUBLE_EQ(place.local, 0.3);
     EXPECT_EQ(place.pathPos, 0.0);
-}
-
-/// The look-up as a plain walk over the segments.
-pathPlace WalkTo(double t, const std::vector<double>& lengths)
-{
-    double total = 0.0;
-    for (double length : lengths) total += length;
-    double reach = 0.0;
-    for (std::size_t j = 0; j < lengths.size(); ++j) {
-        const double counted = lengths[j] == 0.0 ? 1e-6 : lengths[j];
-        reach += counted;
-        if (reach >= t * total) {
-            return {static_cast<int>(j), (t - (reach - counted) / total) * (total / counted), 0.0};
-        }
-    }
-    return {static_cast<int>(lengths.size()) - 1, t, 0.0};
-}
-
-TEST(PlaceByLength, AgreesWithAWalkOverTheSegments)
-{
-    constexpr unsigned kSeed = 20240917;
-    std::mt19937 random(kSeed);
-    std::uniform_real_distribution<double> length(0.0, 50.0), fraction(-0.2, 1.2);
-    std::bernoulli_distribution empty(0.2);
-    std::vector<double> lengths;
-    for (int i = 0; i < 300; ++i) lengths.push_back(empty(random) ? 0.0 : length(random));
-    const pathLengths path = MakePathLengths(lengths, true);
-
-    meshSettings settings = Sized(200, 80);
-    settings.stretchAlongPath = true;
-    for (int i = 0; i < 2000; ++i) {
-        settings.endPointPercent = fraction(random) * 100.0;
-        const double t = settings.endPointPercent * 0.01;
-        const pathPlace expected = WalkTo(t, lengths), place = PlaceByLength(1.0, path, settings);
-        ASSERT_EQ(place.seg, expected.seg) << "t = " << t << ", seed " << kSeed;
-        ASSERT_EQ(place.local, expected.local) << "t = " << t << ", seed " << kSeed;
-    }
 }
 
 TEST(PathSample, RunsStraightOnBeyondTheEndsOfAnOpenPath)

@@ -83,31 +83,6 @@ TEST(SegmentMeasure, QuarterCircle)
     ExpectPoint(quarter.At(0.5 * quarter.length()), {middle, middle}, {-slope, slope});
 }
 
-// Compared with a walk in a hundred thousand straight steps.
-TEST(SegmentMeasure, AgreesWithASlowWalk)
-{
-    const pathSegment loop{vec2{0, 0}, vec2{900, 700}, vec2{-500, 600}, vec2{400, -100}};
-    const SegmentMeasure measure(loop);
-    constexpr int kSteps = 100000;
-    double walked = 0.0, worst = 0.0;
-    vec2 before = loop[0];
-    for (int step = 1; step <= kSteps; ++step) {
-        const double u = static_cast<double>(step) / kSteps, v = 1.0 - u;
-        const auto cubic = [&](double a, double b, double c, double d) {
-            return v * v * v * a + 3 * v * v * u * b + 3 * v * u * u * c + u * u * u * d;
-        };
-        const vec2 now{cubic(loop[0].x, loop[1].x, loop[2].x, loop[3].x),
-                       cubic(loop[0].y, loop[1].y, loop[2].y, loop[3].y)};
-        walked += std::hypot(now.x - before.x, now.y - before.y);
-        before = now;
-        if (step % 5000 != 0) continue;
-        const vec2 found = measure.At(walked).position;
-        worst = std::max(worst, std::hypot(found.x - now.x, found.y - now.y));
-    }
-    EXPECT_NEAR(measure.length(), walked, 0.001);
-    EXPECT_LT(worst, 0.01);
-}
-
 TEST(SegmentMeasure, DirectionHasItsLimitWhereAHandleIsMissing)
 {
     // Leaves towards the second control point, arrives from the first.
