@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(
                             "crashesAtUnknown",
                             {"--only", "abuse.commands"},
                             "crashed",
-                            "SIGSEGV; last: command -1 with nothing; PF_Cmd_"},
+                            "SIGABRT; last: command -1 with nothing; PF_Cmd_"},
                     endCase{"Hang",
                             "neverAnswers",
                             {"--only", "answers.about", "--patience", "0.05"},
