@@ -49,7 +49,7 @@ bool KeepsFills(const image& one, const image& other)
 }
 
 /// What is wrong with a refused frame; "" when it may be.
-std::string RefusalFault(const frameAnswer& answer, refusal may)
+std::string RefusalFault(const sentFrame& answer, refusal may)
 {
     const std::string told =
         fmt::format("{} answered {}{}{}", answer.command, answer.result,
@@ -59,7 +59,7 @@ std::string RefusalFault(const frameAnswer& answer, refusal may)
 }
 
 /// What is wrong with two answers to one frame onto different pixels.
-std::string AnswersFault(const frameAnswer& one, const frameAnswer& other, refusal may)
+std::string AnswersFault(const sentFrame& one, const sentFrame& other, refusal may)
 {
     if (one.result != other.result || one.message != other.message)
         return fmt::format("the same frame was answered {} (\"{}\") and then {} (\"{}\")",
@@ -76,12 +76,12 @@ std::string AnswersFault(const frameAnswer& one, const frameAnswer& other, refus
 
 }  // namespace
 
-frameAnswer SendFrame(ValidationBench& bench, double t, std::uint8_t fill)
+sentFrame SendFrame(ValidationBench& bench, double t, std::uint8_t fill)
 {
     PluginHost& host = bench.host();
     const effectFrame frame = bench.Frame(t);
     const image input = bench.Input();
-    frameAnswer answer{.output = bench.EmptyOutput()};
+    sentFrame answer{.output = bench.EmptyOutput()};
     std::ranges::fill(answer.output.bytes, fill);
     const auto send = [&](PF_Cmd cmd) {
         std::string message;
@@ -116,8 +116,8 @@ std::optional<image> CheckFrame(Checks& checks, ValidationBench& bench, const st
 {
     std::optional<image> picture;
     Attempt(checks, where, [&] {
-        const frameAnswer one = SendFrame(bench, t, kOneFill);
-        const frameAnswer other = SendFrame(bench, t, kOtherFill);
+        const sentFrame one = SendFrame(bench, t, kOneFill);
+        const sentFrame other = SendFrame(bench, t, kOtherFill);
         checks.Figure("frames", 2);
         if (one.result != PF_Err_NONE) checks.Figure("frames refused", 2);
         const std::string fault = AnswersFault(one, other, may);

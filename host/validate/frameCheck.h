@@ -13,7 +13,7 @@
 namespace orv {
 
 /// What a frame's commands gave.
-struct frameAnswer {
+struct sentFrame {
     PF_Err result = PF_Err_NONE;       ///< of the first command that failed
     std::string command{}, message{};  ///< that command's, empty without a failure
     image output;
@@ -24,7 +24,7 @@ inline constexpr std::uint8_t kOneFill = 0x25, kOtherFill = 0x5A;
 
 /// Sends the commands of a frame, SEQUENCE_SETUP before them where it is due. Throws what
 /// PluginHost does for broken rules, after FRAME_SETDOWN.
-frameAnswer SendFrame(ValidationBench& bench, double t, std::uint8_t fill);
+sentFrame SendFrame(ValidationBench& bench, double t, std::uint8_t fill);
 
 /// Whether a module may answer a frame with an error: some values it may refuse, saying why.
 enum class refusal { never, withMessage };

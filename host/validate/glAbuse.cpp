@@ -85,7 +85,7 @@ std::int64_t RenderRefused(const testSetting& setting, Checks& checks, std::int6
         std::optional<GLRefused> refused(glRefusals{.storage = number});
         ValidationBench bench(setting.module);
         bench.Show(EverythingSketch(bench.declaration()));
-        const frameAnswer answer = SendFrame(bench, kTime, kOneFill);
+        const sentFrame answer = SendFrame(bench, kTime, kOneFill);
         asked = GLRefused::storagesAsked();
         refused.reset();
         const bool told = IsKnownResult(answer.result) && answer.result != PF_Interrupt_CANCEL &&
