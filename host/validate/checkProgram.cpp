@@ -2,11 +2,15 @@
 //
 // The report goes to the standard output, after a line of fixed length that always holds what the
 // test is doing. Whatever a module prints is kept off it.
+#include <sys/prctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <string>
 #include <vector>
@@ -20,6 +24,17 @@
 #include "validate/testTable.h"
 
 namespace {
+
+/// `orv validate` may be killed, and then cannot end us: its end is ours. A starter that was gone
+/// before that was asked for has left a socket without another end as our input.
+void EndWithStarter()
+{
+    (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
+    char next = 0;
+    if (recv(STDIN_FILENO, &next, 1, MSG_PEEK | MSG_DONTWAIT) != 0) return;
+    fmt::print(stderr, "orv-check: the program that started it is gone\n");
+    std::exit(orv::kCheckBroken);
+}
 
 /// Takes the standard output for itself; what is printed from now on goes to the errors.
 int TakeOutput()
@@ -107,6 +122,7 @@ orv::testReport RunTest(const orv::validationTest& test, const orv::testSetting&
 
 int main(int argc, char* argv[])
 {
+    EndWithStarter();
     CLI::App app("orv-check: runs one validation test; see 'orv validate'.", "orv-check");
     orv::testSetting setting;
     std::string name;
