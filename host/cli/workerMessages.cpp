@@ -14,6 +14,8 @@ namespace {
 using json = nlohmann::json;
 
 constexpr int kLongestEdge = 1 << 16;
+// The longest that is meant lists the frames: a million of them are 8 MB.
+constexpr std::size_t kLongestLine = std::size_t{16} << 20;
 
 // ---- out
 
@@ -152,7 +154,10 @@ std::optional<workerMessage> MessageReader::Next()
 {
     if (!unfinished_) {
         const std::size_t end = pending_.find('\n');
-        if (end == std::string::npos) return std::nullopt;
+        if (end == std::string::npos) {
+            if (pending_.size() > kLongestLine) throw std::runtime_error("a line without an end");
+            return std::nullopt;
+        }
         const json line = json::parse(pending_.begin(), pending_.begin() + static_cast<long>(end));
         pending_.erase(0, end + 1);
         workerMessage message = ReadMessage(line);
@@ -163,10 +168,16 @@ std::optional<workerMessage> MessageReader::Next()
         unfinished_ = std::move(frame->answer);
     }
 
-    image picture(format_.width, format_.height, format_.depth);
-    if (pending_.size() < picture.bytes.size()) return std::nullopt;
-    std::copy_n(pending_.begin(), picture.bytes.size(), picture.bytes.begin());
-    pending_.erase(0, picture.bytes.size());
+    // Most calls find a part of it only: it gets its memory when it is whole.
+    image picture;
+    picture.width = format_.width;
+    picture.height = format_.height;
+    picture.depth = format_.depth;
+    const std::size_t size = picture.rowBytes() * static_cast<std::size_t>(picture.height);
+    if (pending_.size() < size) return std::nullopt;
+    const auto end = pending_.begin() + static_cast<long>(size);
+    picture.bytes.assign(pending_.begin(), end);
+    pending_.erase(pending_.begin(), end);
     unfinished_->picture = std::move(picture);
     return frameMessage{*std::exchange(unfinished_, std::nullopt)};
 }

@@ -62,6 +62,19 @@ INSTANTIATE_TEST_SUITE_P(Lines, BrokenMessage,
                                          "{\"is\": \"frame\", \"frame\": \"seven\"}\n",
                                          "{\"is\": \"failure\", \"kind\": 9, \"text\": \"\"}\n"));
 
+TEST(WorkerMessages, ALineWithoutAnEndIsRefused)
+{
+    MessageReader reader;
+    const std::string megabyte(std::size_t{1} << 20, '{');
+    const auto readAll = [&] {
+        for (int i = 0; i < 64; ++i) {
+            reader.Append(megabyte);
+            (void)reader.Next();
+        }
+    };
+    EXPECT_THROW(readAll(), std::runtime_error);
+}
+
 TEST(WorkerMessages, APictureOfNoSizeIsRefused)
 {
     readyMessage ready = Ready();
