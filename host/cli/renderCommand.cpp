@@ -233,7 +233,8 @@ std::vector<std::string> Words(const CLI::App& command)
                 positionals.push_back(value);
                 continue;
             }
-            words.push_back(name);
+            // A flag's value can only be in its own word, an option's empty one only in the next.
+            words.push_back(isFlag ? name + "=" + value : name);
             if (!isFlag) words.push_back(value);
         }
     }

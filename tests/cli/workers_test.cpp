@@ -223,6 +223,10 @@ TEST_F(Workers, ResumeSkipsWhatIsThere)
     EXPECT_EQ(Results("s.json"), (strings{"0 skipped", "1 rendered", "2 rendered", "3 skipped"}));
     EXPECT_NE(result.err.find("f.2.png is not a whole picture"), std::string::npos) << result.err;
     EXPECT_EQ(ProbePicture(output_.path() / "f.2.png").width, 64);
+
+    // A flag that was switched off stays so on the workers' command lines.
+    ASSERT_EQ(Render({"--isolate", "--resume=false", "--stats", "s.json"}).code, 0);
+    EXPECT_EQ(Results("s.json"), (strings{"0 rendered", "1 rendered", "2 rendered", "3 rendered"}));
 }
 
 TEST_F(Workers, TwoRunsAtOnceHarmNothing)
