@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
         lossCase{
             "CrashAmongOthers", "crash 2", {"--jobs", "3"}, "the worker was killed by SIGSEGV"},
         lossCase{"Exit", "exit 2", {"--isolate"}, "the worker ended with exit code 7"},
-        lossCase{"Hang", "hang 2", {"--frame-timeout", "8"}, "not done after 8 s; stopped"},
+        lossCase{"Hang", "hang 2", {"--frame-timeout", "20"}, "not done after 20 s; stopped"},
         lossCase{
             "Memory", "memory 2", {"--memory-limit", "800M"}, "needs more than 800 MB; stopped"}),
     [](const auto& each) { return std::string(each.param.name); });
@@ -281,6 +281,7 @@ TEST_F(Workers, AnInterruptLeavesNeitherProcessesNorHalfFiles)
         const pid_t child = std::stoi(ReadText(folder.path() / "child"));
         EXPECT_TRUE(Eventually([&] { return kill(child, 0) != 0; }));
         for (const std::string& each : FilesIn(folder.path())) {
+            EXPECT_EQ(each.find(".partial"), std::string::npos) << each;
             if (each.front() == 'f') {
                 EXPECT_EQ(ProbePicture(folder.path() / each).width, 64) << each;
             }
@@ -309,9 +310,9 @@ TEST_F(Workers, AnEndlessBlurIsStopped)
                                          "f.#.png", "--frames", "3", "--frame-timeout", "2"},
                                         output_.path());
     EXPECT_EQ(result.code, 1);
-    EXPECT_EQ(result.err,
-              "error: frame 3: not done after 2 s; stopped in PF_Cmd_RENDER to KAL_Orv on layer "
-              "\"ribbon\"\n");
+    // A busy machine may need the time for the frame's earlier commands.
+    EXPECT_TRUE(result.err.starts_with("error: frame 3: not done after 2 s; stopped"))
+        << result.err;
     EXPECT_TRUE(FilesIn(output_.path()).empty());
 }
 
