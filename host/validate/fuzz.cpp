@@ -22,10 +22,11 @@ constexpr std::array<const char*, 8> kSuites{kPFHandleSuite, kPFPathQuerySuite, 
                                              kPFWorldSuite,  kPFParamUtilsSuite, kAEGPLayerSuite,
                                              kAEGPMaskSuite, kAEGPStreamSuite};
 
-/// What a module can do nothing about when a call fails: its instance is not set up, and a set-down
-/// that gets no suite gives nothing back.
-bool MayHappen(const failure& problem)
+/// What a module can do nothing about when it gets no suite: its instance is not set up, and a
+/// set-down gives nothing back.
+bool MayHappen(const failure& problem, const callGate& gate)
 {
+    if (gate.missingSuite.empty() && gate.failedCall != "AcquireSuite") return false;
     return problem.kind() == failureKind::frame ||
            std::string_view(problem.what()).find("SETDOWN: not given back") !=
                std::string_view::npos;
@@ -142,7 +143,7 @@ private:
             checks_.That(IsKnownResult(SendFrame(*bench_, t_, kOneFill).result),
                          "{}: a result that means nothing", where_);
         } catch (const failure& problem) {
-            if (!MayHappen(problem)) throw;
+            if (!MayHappen(problem, bench_->host().gate())) throw;
         }
         bench_->host().gate() = {};
         if (!expected) return;
