@@ -10,16 +10,7 @@
 
 #include <fmt/format.h>
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ORV_ADDRESS_SANITIZER 1
-#endif
-#elif defined(__SANITIZE_ADDRESS__)
-#define ORV_ADDRESS_SANITIZER 1
-#endif
-#ifndef ORV_ADDRESS_SANITIZER
-#define ORV_ADDRESS_SANITIZER 0
-#endif
+#include "validate/addressSanitizer.h"
 
 #if ORV_ADDRESS_SANITIZER
 // The C library knows nothing of the sanitizer's heap. Not every compiler brings the header.
@@ -122,6 +113,7 @@ std::string GrowthOf(const std::vector<holdings>& blocks, const growthLimits& li
 void CheckFlat(Checks& checks, const std::string& what, int steps,
                const std::function<void(int)>& step, const growthLimits& limits)
 {
+    checks.That(WatchIsInPlace(), "GL objects are not counted in this program");
     std::vector<holdings> after;
     after.reserve(static_cast<std::size_t>(steps));
     for (int k = 0; k < steps; ++k) {

@@ -10,6 +10,7 @@
 
 #include "image/childProcess.h"
 #include "scene/errors.h"
+#include "validate/addressSanitizer.h"
 #include "validate/protocol.h"
 
 namespace orv {
@@ -18,7 +19,7 @@ namespace {
 using std::chrono::duration;
 using std::chrono::steady_clock;
 
-#ifdef __SANITIZE_ADDRESS__
+#if ORV_ADDRESS_SANITIZER
 constexpr double kSlowness = 6.0;  // of a program with sanitizers
 #else
 constexpr double kSlowness = 1.0;
