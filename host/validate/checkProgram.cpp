@@ -7,11 +7,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <string>
 #include <vector>
 
@@ -21,6 +19,7 @@
 #include "validate/bench.h"
 #include "validate/protocol.h"
 #include "validate/testReport.h"
+#include "validate/testRun.h"
 #include "validate/testTable.h"
 
 namespace {
@@ -86,38 +85,6 @@ private:
     std::string doing_;
 };
 
-orv::testReport RunTest(const orv::validationTest& test, const orv::testSetting& setting,
-                        ReportFile& file)
-{
-    orv::testReport report;
-    report.name = test.name;
-    report.level = test.level;
-    orv::Checks checks([&file](std::string_view what) { file.Doing(what); });
-    orv::ValidationBench::OnEveryCommand(
-        [&file](const std::string& command, bool answered) { file.Sending(command, answered); });
-    const auto start = std::chrono::steady_clock::now();
-    try {
-        test.run(setting, checks);
-    } catch (const orv::testSkipped& why) {
-        report.state = orv::testState::skipped;
-        report.reason = why.what();
-    } catch (const std::exception& problem) {
-        checks.That(false, "{}", problem.what());
-    }
-    report.seconds =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    if (checks.made() == 0 && report.reason.empty()) checks.That(false, "nothing was checked");
-    report.checks = checks.made();
-    report.failed = checks.failed();
-    report.failures = checks.failures();
-    report.figures = checks.figures();
-    if (report.failed > 0)
-        report.state = orv::testState::failed;
-    else if (report.reason.empty())
-        report.state = orv::testState::passed;
-    return report;
-}
-
 }  // namespace
 
 int main(int argc, char* argv[])
@@ -140,8 +107,11 @@ int main(int argc, char* argv[])
     }
     setting.full = test->level <= setting.strictness;
     ReportFile file(TakeOutput());
-    file.Finish(RunTest(*test, setting, file));
-    // The module's own ends would come now; whether they are clean is a test of its own.
+    orv::Checks checks([&file](std::string_view what) { file.Doing(what); });
+    orv::ValidationBench::OnEveryCommand(
+        [&file](const std::string& command, bool answered) { file.Sending(command, answered); });
+    file.Finish(orv::RunTest(*test, setting, checks));
+    // What a module does at the program's end comes now: a crash there counts as the test's.
     std::fflush(nullptr);
     return 0;
 }

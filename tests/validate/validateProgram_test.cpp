@@ -1,5 +1,13 @@
 // `orv validate` as a user runs it.
+#include <signal.h>
+
+#include <chrono>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -116,6 +124,46 @@ INSTANTIATE_TEST_SUITE_P(
                               4,
                               "/nowhere/Effect.so: no such plug-in"}),
     [](const auto& each) { return std::string(each.param.name); });
+
+/// Whether an orv-check works on that module.
+bool IsChecked(const std::string& module)
+{
+    for (const auto& each : std::filesystem::directory_iterator("/proc")) {
+        std::ostringstream line;
+        line << std::ifstream(each.path() / "cmdline", std::ios::binary).rdbuf();
+        const std::string words = line.str();
+        if (words.find("--test") != std::string::npos && words.find(module) != std::string::npos)
+            return true;
+    }
+    return false;
+}
+
+/// Whether that comes true, for which it is given more time than it could need.
+bool BecomesChecked(const std::string& module, bool checked)
+{
+    for (int k = 0; k < 3000; ++k) {
+        if (IsChecked(module) == checked) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+TEST(Validate, EndsItsTestWhenItIsEnded)
+{
+    const TemporaryFolder folder;
+    const std::string module = folder.path() / "neverAnswers.so";
+    std::filesystem::copy_file(TestModule("neverAnswers"), module);
+    for (const auto& [signal, code] : {std::pair(SIGINT, 128 + SIGINT), {SIGKILL, -SIGKILL}}) {
+        const programResult result =
+            RunOrvWhile({"validate", "--plugin", module, "--only", "answers.about"}, ".",
+                        [&, signal = signal](pid_t orv) {
+                            EXPECT_TRUE(BecomesChecked(module, true));
+                            kill(orv, signal);
+                        });
+        EXPECT_EQ(result.code, code) << result.out;
+        EXPECT_TRUE(BecomesChecked(module, false));
+    }
+}
 
 TEST(Validate, OnlyOneWordMeansAllItsTests)
 {
