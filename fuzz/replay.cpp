@@ -3,10 +3,8 @@
 //
 //     fuzz_NAME [--damaged COUNT] [--seed SEED] FILE|FOLDER...
 //
-// A crash ends the process; what it was given is named on stderr.
-#include <sys/resource.h>
-#include <unistd.h>
-
+// A crash ends the process, as does an input that takes over 10 s; what it was given is named on
+// stderr.
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -22,10 +20,8 @@
 #include <vector>
 
 #include "support/damage.h"
+#include "support/inputLimits.h"
 #include "target.h"
-
-// Only programs under a sanitizer have it.
-extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
 
 namespace {
 
@@ -43,39 +39,21 @@ struct corpusFile {
     orv::byteList bytes;
 };
 
-/// What is being run, ready to be written by a signal handler.
-char running[512];
-
-void NameInput(const std::string& text)
-{
-    std::snprintf(running, sizeof running, "while running %s\n", text.c_str());
-}
-
-void WriteRunning()
-{
-    [[maybe_unused]] const auto written = write(STDERR_FILENO, running, std::strlen(running));
-}
-
 void OnCrash(int signal)
 {
-    WriteRunning();
+    orv::WriteInput();
     std::signal(signal, SIG_DFL);
     std::raise(signal);
 }
 
 void WatchForCrashes()
 {
-    if (__sanitizer_set_death_callback != nullptr) {
-        __sanitizer_set_death_callback(WriteRunning);
+    if (orv::CallAtSanitizersEnd(orv::WriteInput)) {
         std::signal(SIGABRT, OnCrash);
         return;
     }
     for (const int signal : {SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV})
         std::signal(signal, OnCrash);
-    // No input may need more memory. (Sanitizers reserve far more than they use.)
-    constexpr rlim_t kMost = rlim_t{2} << 30U;
-    const rlimit limit{kMost, kMost};
-    setrlimit(RLIMIT_DATA, &limit);
 }
 
 bool ReadNumber(const char* text, std::uint64_t& number)
@@ -123,7 +101,7 @@ class Runner {
 public:
     void Run(const std::string& name, const orv::byteList& bytes)
     {
-        NameInput(name);
+        limits_.Next(name);
         const auto start = clockType::now();
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
         const auto took = clockType::now() - start;
@@ -140,6 +118,7 @@ public:
     }
 
 private:
+    orv::InputLimits limits_;
     std::uint64_t count_ = 0;
     clockType::duration longest_{};
     std::string slowest_;

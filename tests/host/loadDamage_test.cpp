@@ -1,8 +1,10 @@
 // Damaged files: whatever a disk or a transfer has done to them, loading gives a scene, or one line
-// that says where the file is wrong. ORV_DAMAGE_ROUNDS asks for more than the few of a usual run.
+// that says where the file is wrong, and soon. ORV_DAMAGE_ROUNDS asks for more than the few of a
+// usual run.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -15,6 +17,7 @@
 #include "host/sceneFixture.h"
 #include "image/imageFile.h"
 #include "support/damage.h"
+#include "support/inputLimits.h"
 #include "support/tempFolder.h"
 
 namespace orv {
@@ -47,9 +50,12 @@ void EachDamage(const fs::path& file, const Use& use)
 {
     const byteList whole = BytesOf(file.string());
     const std::uint64_t count = Rounds() * kDamageKinds * kDamagePlaces;
+    InputLimits limits;
     for (std::uint64_t index = 0; index < count; ++index) {
-        SCOPED_TRACE(fmt::format("{} damaged with seed {}, index {}", file.filename().string(),
-                                 kSeed, index));
+        const std::string name = fmt::format("{} damaged with seed {}, index {}",
+                                             file.filename().string(), kSeed, index);
+        SCOPED_TRACE(name);
+        limits.Next(name);
         use(Damaged(whole, kSeed, index));
         if (testing::Test::HasFailure()) return;
     }
@@ -148,6 +154,16 @@ TEST(DamagedPictures, GiveAPictureOrAReason)
     EXPECT_GT(refused, decoded);
     std::printf("%d damaged pictures: %d decoded, %d refused\n", decoded + refused, decoded,
                 refused);
+}
+
+TEST(HangingInput, IsNamed)
+{
+    InputLimits limits;
+    const auto hang = [&] {
+        limits.Next("endless.json");
+        std::raise(SIGALRM);
+    };
+    EXPECT_EXIT(hang(), testing::ExitedWithCode(1), "took too long: while running endless.json");
 }
 
 TEST(HostilePictures, AskForNoMoreThan100Passes)
