@@ -36,6 +36,9 @@ constexpr std::array kRules{
     callRule{consequence::controlStays, PF_Cmd_UPDATE_PARAMS_UI, "AEGP_GetDynamicStreamFlags"},
     callRule{consequence::controlStays, PF_Cmd_UPDATE_PARAMS_UI, "AEGP_SetDynamicStreamFlag"},
 
+    // The number that it answers may be a length: a failure cannot be told from one.
+    callRule{consequence::noText, PF_Cmd_ABOUT, "sprintf"},
+
     // Without memory there is no record, and without one nothing is drawn.
     callRule{consequence::noRecord, PF_Cmd_GLOBAL_SETUP, "host_lock_handle"},
     callRule{consequence::noRecord, PF_Cmd_SEQUENCE_SETUP, "host_lock_handle"},

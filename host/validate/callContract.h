@@ -10,10 +10,11 @@
 namespace orv {
 
 enum class consequence {
-    otherCode,     ///< another code comes back: the call's own result carries none
+    otherCode,     ///< another of the known codes comes back: the call's own result carries none
     withoutBlur,   ///< 0, and the frame is as without motion blur
     controlStays,  ///< 0, and a control keeps its state
-    noRecord       ///< 0, and the instance's frames are not drawn until it is set up again
+    noRecord,      ///< 0, and the instance's frames are not drawn until it is set up again
+    noText         ///< 0, and there is no text
 };
 
 /// Whether the list allows it.

@@ -13,6 +13,7 @@
 
 #include "validate/bench.h"
 #include "validate/checks.h"
+#include "validate/commandWork.h"
 
 namespace orv {
 
@@ -37,9 +38,7 @@ struct trialOutcome {
     PF_Err answer = PF_Err_NONE;
     std::string fault{};  ///< rules that it broke, things that it left out; "" if none
     callGate gate{};      ///< as the command left it
-    image output{};
-    std::vector<controlState> controls{};
-    std::pair<PF_OutFlags, PF_OutFlags2> flags{};
+    commandWork work{};
 
     /// The call that failed, "abort" for an abort.
     [[nodiscard]] std::string call() const;
@@ -49,6 +48,8 @@ struct trialOutcome {
     [[nodiscard]] PF_Err code() const;
     /// Whether the command met its fault at all.
     [[nodiscard]] bool met() const;
+    /// Whether it may come back with what it came back with, which is not 0.
+    [[nodiscard]] bool MayAnswer(PF_Cmd cmd) const;
 };
 
 /// Each try sends what belongs before and after the command without a fault. Tries alternate
@@ -63,23 +64,30 @@ public:
     /// Sends the command without a fault. False, with a failed check, when it cannot be tried: it
     /// fails or breaks a rule as it is.
     bool Learn();
-    [[nodiscard]] std::int64_t calls() const { return usual_.front().gate.made; }
-    [[nodiscard]] std::int64_t abortChecks() const { return usual_.front().gate.abortChecks; }
-    /// Of the usual command.
-    [[nodiscard]] const callLog& notes() const { return notes_; }
+    /// The most of the usual commands.
+    [[nodiscard]] std::int64_t calls() const;
+    [[nodiscard]] std::int64_t abortChecks() const;
+    /// Of the usual commands, both frames together.
+    [[nodiscard]] callLog notes() const;
 
-    /// Sends the command through this gate and checks all that has to be right. Returns whether
-    /// the fault was met.
+    /// Sends the command through this gate, at a frame whose usual command would meet the fault,
+    /// and checks all that has to be right. Returns whether the fault was met: a failed check when
+    /// it was not.
     bool Try(const callGate& gate);
 
 private:
     [[nodiscard]] double time() const { return turn_ == 0 ? 1.0 : 2.0; }
+    [[nodiscard]] bool UsuallyMeets(const callGate& gate) const;
+    void ChooseTurn(const callGate& gate);
+    bool LearnTurn();
     void Prepare();
     trialOutcome Send(const callGate& gate);
     void Finish(const trialOutcome& outcome);
     void JudgeAnswer(const trialOutcome& outcome);
+    void JudgeWork(const trialOutcome& outcome);
     /// "" when the outcome is the usual one; else what is another.
-    [[nodiscard]] std::string WorkNotDone(const trialOutcome& outcome) const;
+    [[nodiscard]] std::string WorkNotDone(const trialOutcome& outcome);
+    [[nodiscard]] std::string RecordDifference(const trialOutcome& outcome);
     void CheckNextFrame(const trialOutcome& outcome);
     PF_Err SendPlainly(PF_Cmd cmd);
     void LearnFrames();
@@ -91,7 +99,8 @@ private:
     std::size_t turn_ = 0;  ///< of the two frames
     std::array<image, 2> frames_, unblurred_;
     std::array<trialOutcome, 2> usual_;
-    callLog notes_;
+    std::array<callLog, 2> notes_;
+    GoodRecords goodRecords_;
 };
 
 }  // namespace orv

@@ -23,12 +23,13 @@ public:
     [[nodiscard]] const callLog& setUpNotes() const { return setUpNotes_; }
     [[nodiscard]] const callLog& setDownNotes() const { return setDownNotes_; }
 
-    /// Check all that has to be right. Return whether the fault was met.
+    /// Check all that has to be right, the fault being met with it, and return whether it was.
     bool TrySetUp(const callGate& gate);
     bool TrySetDown(const callGate& gate);
 
 private:
     image FrameUnder(ValidationBench& bench) const;
+    void JudgeMet(std::string_view step, const trialOutcome& outcome);
     void JudgeAnswer(std::string_view step, const trialOutcome& outcome);
     void CheckFrame(ValidationBench& bench, std::string_view step, const trialOutcome& outcome);
     void CheckFrameWithoutRecord(ValidationBench& bench, const trialOutcome& outcome);
