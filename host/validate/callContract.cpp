@@ -38,6 +38,8 @@ constexpr std::array kRules{
 
     // The number that it answers may be a length: a failure cannot be told from one.
     callRule{consequence::noText, PF_Cmd_ABOUT, "sprintf"},
+    // A parameter without its name works as it should. The module's steps stand as its set-up.
+    callRule{consequence::noText, PF_Cmd_GLOBAL_SETUP, "strcpy"},
 
     // Without memory there is no record, and without one nothing is drawn.
     callRule{consequence::noRecord, PF_Cmd_GLOBAL_SETUP, "host_lock_handle"},

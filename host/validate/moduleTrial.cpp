@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <tuple>
 #include <utility>
 
 #include <fmt/format.h>
@@ -52,6 +53,14 @@ std::string FailedCall(const callGate& gate, const callLog& notes)
                : "";
 }
 
+bool SameDeclaration(const effectDeclaration& one, const effectDeclaration& other)
+{
+    const auto same = [](const paramDeclaration& a, const paramDeclaration& b) {
+        return std::tie(a.id, a.kind, a.name, a.flags) == std::tie(b.id, b.kind, b.name, b.flags);
+    };
+    return one.matchName == other.matchName && std::ranges::equal(one.params, other.params, same);
+}
+
 }  // namespace
 
 ModuleTrial::ModuleTrial(std::string module, Checks& checks)
@@ -73,6 +82,7 @@ bool ModuleTrial::Learn()
         setUpNotes_ = {};
         ValidationBench bench(module_, TrialOptions(gate));
         setUpGate_ = std::exchange(bench.host().gate(), {});
+        declaration_ = bench.declaration();
         frame_ = FrameUnder(bench);
         bench.host().Close();
     }
@@ -146,6 +156,10 @@ bool ModuleTrial::TrySetUp(const callGate& gate)
     else
         JudgeAnswer(kSetUp, outcome);
     if (bench) {
+        checks_.That(SameDeclaration(bench->declaration(), declaration_) ||
+                         MayFollow(consequence::noText, PF_Cmd_GLOBAL_SETUP, outcome.call()),
+                     "{}: {}, and the answer is 0 with other parameters or another name", kSetUp,
+                     outcome.hostsPart());
         Attempt(checks_, fmt::format("a frame after {}: {}", kSetUp, outcome.hostsPart()), [&] {
             if (MayFollow(consequence::noRecord, PF_Cmd_GLOBAL_SETUP, outcome.call()))
                 CheckFrameWithoutRecord(*bench, outcome);

@@ -38,6 +38,7 @@ private:
     std::string module_;
     Checks& checks_;
     image frame_;
+    effectDeclaration declaration_;
     callGate setUpGate_, setDownGate_;
     callLog setUpNotes_, setDownNotes_;
 };
